@@ -4,8 +4,12 @@
 
 namespace OrvCommon_940 {
 
-double OrvMV::Missing() noexcept { return std::numeric_limits<float>::lowest(); }
+double OrvMV::Missing() noexcept {
+    return std::numeric_limits<float>::lowest();
+}
 
-bool OrvMV::IsMissing(double value) noexcept { return value == Missing(); }
+bool OrvMV::IsMissing(double value) noexcept {
+    return value == Missing();
+}
 
 }  // namespace OrvCommon_940

@@ -25,7 +25,8 @@ class ORVCOMMON_API OrvDistFun {
     /// Noncentral F distribution function at x.
     /// @param df1,df2        numerator and denominator degrees of freedom, greater than 0
     /// @param noncentrality  sum of squared standardised means (not its root), finite and at least 0
-    /// @param tolerance      accuracy asked of the series; the result is always as accurate as a double allows
+    /// @param tolerance      accuracy asked of the series; the result is always as accurate as a double
+    /// allows
     static double NonCentralCdfF(double x, double df1, double df2, double noncentrality,
                                  double tolerance) noexcept;
 

@@ -18,9 +18,9 @@ TEST(MissingValue, IsTheMostNegativeFiniteSinglePrecisionNumber) {
 
 TEST(MissingValue, IsRecognisedAndNothingElseIs) {
     EXPECT_TRUE(OrvMV::IsMissing(OrvMV::Missing()));
-    for (double other : {0.0, -1.0, 1.0, std::nextafter(OrvMV::Missing(), 0.0),
-                         std::numeric_limits<double>::lowest(), -std::numeric_limits<double>::infinity(),
-                         std::numeric_limits<double>::quiet_NaN()})
+    for (double other :
+         {0.0, -1.0, 1.0, std::nextafter(OrvMV::Missing(), 0.0), std::numeric_limits<double>::lowest(),
+          -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
         EXPECT_FALSE(OrvMV::IsMissing(other)) << other;
 }
 

@@ -1,0 +1,42 @@
+// The overall F test of a one-way analysis of variance: kernels and objectives.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "statpower/core.h"
+
+namespace statpower {
+
+/// Power for one mean and one allocation weight a group (of the weights only the proportions matter) and a
+/// total N: noncentrality lambda = sum of (weights[i] / W) (means[i] - m)^2 / (sigma^2 / N).
+/// The missing value unless there are at least two groups, alpha > 0, sigma > 0, N >= k and alpha < 1.
+double overall_f_power(std::span<const double> means, double sigma, std::span<const double> weights, double N,
+                       double alpha);
+
+}  // namespace statpower
+
+namespace POWER_NAMESPACE {
+
+/// overall_f_power for k means and k allocation weights.
+STATPOWER_API double _PowerOverallTestwithN(int k, double* means, double sigma, double* sizes, double N,
+                                            double alpha);
+
+/// Power for an effect size and a total N: lambda = N es^2 for f (esType 0), else N es / (1 - es).
+/// The missing value unless k >= 2, alpha > 0, N >= k and alpha < 1; the effect size is not checked.
+STATPOWER_API double _PowerOverallTestwithES(int k, double es, int esType, double N, double alpha);
+
+/// Power at N minus the target. Design: target power, k, sigma, alpha, k means, k proportions.
+STATPOWER_API double OverallTestFunc(double N, std::vector<double> design,
+                                     OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Power at N minus the target. Design: target power, k, es, esType, alpha.
+STATPOWER_API double OverallTestwESFunc(double N, std::vector<double> design,
+                                        OrvCommon_940::OrvQueryCancel* cancel);
+
+/// N halfWidth^2 / sigma^2 - t^2, negative while t sigma / sqrt(N) exceeds the half-width.
+/// Design: target half-width, k, sigma, alpha.
+STATPOWER_API double _SampleSizebyHalfCIOverallTestFunc(double N, std::vector<double> design,
+                                                        OrvCommon_940::OrvQueryCancel* cancel);
+
+}  // namespace POWER_NAMESPACE

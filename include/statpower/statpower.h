@@ -1,0 +1,5 @@
+// The whole interface of the power library.
+#pragma once
+
+#include "statpower/anova.h"
+#include "statpower/core.h"
