@@ -14,6 +14,8 @@
 namespace orvmath {
 namespace {
 
+__extension__ using DoubleWord = unsigned __int128;
+
 constexpr int kMaxExactTrials = 62;  // every binomial coefficient fits one 64-bit word
 constexpr int kExactWords = 8;
 constexpr int kMaxExactBits = 64 * kExactWords;
@@ -25,9 +27,9 @@ class WideInteger {
 
     void multiply(std::uint64_t factor) {
         if (factor == 1) return;
-        unsigned __int128 carry = 0;
+        DoubleWord carry = 0;
         for (int i = 0; i < size_; ++i) {
-            carry += static_cast<unsigned __int128>(words_[i]) * factor;
+            carry += static_cast<DoubleWord>(words_[i]) * factor;
             words_[i] = static_cast<std::uint64_t>(carry);
             carry >>= 64;
         }
@@ -36,9 +38,9 @@ class WideInteger {
 
     void add(const WideInteger& other) {
         size_ = std::max(size_, other.size_);
-        unsigned __int128 carry = 0;
+        DoubleWord carry = 0;
         for (int i = 0; i < size_; ++i) {
-            carry += static_cast<unsigned __int128>(words_[i]) + other.words_[i];
+            carry += static_cast<DoubleWord>(words_[i]) + other.words_[i];
             words_[i] = static_cast<std::uint64_t>(carry);
             carry >>= 64;
         }
@@ -77,7 +79,7 @@ std::optional<double> exact_cdf(int x, double trials, double p) {
     std::uint64_t coefficient = 1;
     for (int k = 1; k <= x; ++k) {
         count_step();
-        coefficient = static_cast<std::uint64_t>(static_cast<unsigned __int128>(coefficient) *
+        coefficient = static_cast<std::uint64_t>(static_cast<DoubleWord>(coefficient) *
                                                  static_cast<unsigned>(n - k + 1) / static_cast<unsigned>(k));
         power.multiply(u);
         WideInteger term = power;
