@@ -1,11 +1,12 @@
 // statpower: plans studies from the command line.
 //
-// Exit status: 0 answered, 1 the question has no answer, 2 an argument is wrong.
+// Exit status: 0 answered, 1 the question has no answer, 2 an argument is wrong, 130 stopped by Ctrl-C.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "answer.h"
 #include "commands.h"
+#include "interrupt.h"
 
 int main(int argc, char** argv) {
     CLI::App app("Power, sample size and precision of statistical tests.", "statpower");
@@ -22,5 +23,8 @@ int main(int argc, char** argv) {
     } catch (const cli::NoAnswer& error) {
         std::cerr << "statpower: " << error.what() << '\n';
         return 1;
+    } catch (const cli::Interrupted& error) {
+        std::cerr << "statpower: " << error.what() << '\n';
+        return 130;
     }
 }
