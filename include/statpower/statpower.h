@@ -3,3 +3,5 @@
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "statpower/one_sample_binomial.h"
+#include "statpower/related_binomial.h"
