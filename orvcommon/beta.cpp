@@ -68,12 +68,12 @@ BetaPoint BetaPoint::at(double x, double a, double b) {
     return {a, b, x, 1 - x, t.high + (s.low + t.low + ax.low + bx.low)};
 }
 
-BetaPoint BetaPoint::at_f(double f, double a, double b) {
-    const TwoDoubles af = two_product(a, f), sum = two_sum(af.high, b);
-    const double sum_low = sum.low + af.low;
-    const double x = af.high / sum.high, y = b / sum.high;
-    const double x_low = (std::fma(-x, sum.high, af.high) + af.low - x * sum_low) / sum.high;
-    return {a, b, x, y, y * ((af.high - a) + af.low), x_low};
+BetaPoint BetaPoint::at_ratio(TwoDoubles r, double a, double b) {
+    const TwoDoubles sum = two_sum(r.high, b);
+    const double sum_low = sum.low + r.low;
+    const double x = r.high / sum.high, y = b / sum.high;
+    const double x_low = (std::fma(-x, sum.high, r.high) + r.low - x * sum_low) / sum.high;
+    return {a, b, x, y, y * ((r.high - a) + r.low), x_low};
 }
 
 double beta_prefix(const BetaPoint& p) {
@@ -116,9 +116,13 @@ Tails beta_tails(const BetaPoint& p, double prefix) {
 Tails beta_cdf(double x, double a, double b) {
     if (!(x > 0)) return {0, 1};
     if (!(x < 1)) return {1, 0};
-    if (std::max(a, b) <= kHugeParameter) return beta_tails(BetaPoint::at(x, a, b));
-    const double f = std::min(b / a * (x / (1 - x)), 1e180);
-    return beta_tails(BetaPoint::at_f(f, std::min(a, kHugeParameter), std::min(b, kHugeParameter)));
+    if (std::max(a, b) <= kHugeParameter)
+        return beta_tails(BetaPoint::at(x, std::max(a, kTinyParameter), std::max(b, kTinyParameter)));
+    // The ratio of x to the mean is what counts: keep it where a parameter is brought down.
+    const double limited_a = std::min(a, kHugeParameter), limited_b = std::min(b, kHugeParameter);
+    const double r = b / a * (x / (1 - x)) * limited_a;
+    return beta_tails(
+        BetaPoint::at_ratio({std::clamp(r, kSmallestRatio, kLargestRatio), 0}, limited_a, limited_b));
 }
 
 }  // namespace orvmath

@@ -117,7 +117,9 @@ double stirling_error(double x) {
 
 double poisson_weight(double x, double m) {
     if (x == 0) return std::exp(-m);
-    return std::exp(-stirling_error(x) - x * log1p_deficit((m - x) / x)) * kInvSqrt2Pi / std::sqrt(x);
+    const double u = (m - x) / x;  // far below the mode, 1 + u would lose what m / x is
+    const double deviance = u > -0.45 ? log1p_deficit(u) : u - std::log(m / x);
+    return std::exp(-stirling_error(x) - x * deviance) * kInvSqrt2Pi / std::sqrt(x);
 }
 
 double gamma_half_ratio(double z) {
