@@ -69,7 +69,7 @@ double wichura_quantile(double q, double tail) {
 
 double normal_cdf(double x) {
     const double y = -x / std::numbers::sqrt2, v = 0.5 * std::erfc(y);
-    if (x > -5) return v;
+    if (x > -5 || v == 0) return v;
     // Far out the rounding of y is magnified: correct for it to first order, erfc'(y) / erfc(y) ~ -(2y +
     // 1/y).
     constexpr double kSqrtHalf = 0.70710678118654757, kSqrtHalfLow = -4.8336466567264567e-17;
