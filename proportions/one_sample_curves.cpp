@@ -33,10 +33,6 @@ bool is_range(int nMin, int nMax) {
     return nMax <= kLargest && nMin >= 0 && (nMin < nMax || (nMin == 0 && nMax == 0));
 }
 
-Axis difference_axis(double p0, double step) {
-    return proportion_grid(step, 1 - p0 + p0, p0);
-}
-
 /// The sample sizes of a surface: as passed where neither end is 0, else the default range around (N, p1,
 /// p0).
 Axis surface_sizes(const Test& test, int nMin, int nMax, double N, double p1, double p0) {
@@ -87,14 +83,14 @@ XYPlot PlotRiskDiffOneSampBionm(int method, int sides, bool continuityCorrection
                                 double alpha, double step) {
     const Test test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_proportion(p0) && is_step(step))) return {};
-    return curve(difference_axis(p0, step), [&](double d) { return test.power(N, d + p0, p0); });
+    return curve(proportion_grid(step, p0), [&](double d) { return test.power(N, d + p0, p0); });
 }
 
 XYZPlot PlotNRiskDiffOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection,
                                   double N, double p1, double p0, double alpha, double step) {
     const Test test{method, sides, continuityCorrection, alpha};
     if (!is_surface(test, N, p1, p0, step)) return {};
-    return surface(surface_sizes(test, nMin, nMax, N, p1, p0), difference_axis(p0, step),
+    return surface(surface_sizes(test, nMin, nMax, N, p1, p0), proportion_grid(step, p0),
                    [&](double n, double d) { return test.power(n, d + p0, p0); });
 }
 

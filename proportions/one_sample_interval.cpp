@@ -30,8 +30,9 @@ double logit_scale(double L, double z, double s) {
 double logit_corrected(double N, double p, double z) {
     const double x = p * N;
     const double f = N - x;
-    return logit_scale(std::log((x + 0.5) / (f + 0.5)), z,
-                       std::sqrt((N + 2) * (N + 1) / ((f + 1) * (x + 1) * N)));
+    // (N + 2) (N + 1) / ((f + 1) (x + 1) N), in an order that cannot overflow.
+    const double variance = (N + 2) / (f + 1) * ((N + 1) / (x + 1)) / N;
+    return logit_scale(std::log((x + 0.5) / (f + 0.5)), z, std::sqrt(variance));
 }
 
 double logit(double N, double p, double z) {

@@ -16,10 +16,9 @@ inline bool is_between_0_and_1(double p) {
     return p > 0 && p < 1;
 }
 
-/// step, 2 step, 3 step, ... inside a range of length `range`: trunc(range / step) - 1 points, each less
-/// `shift`.
-inline Axis proportion_grid(double step, double range = 1, double shift = 0) {
-    return axis(std::trunc(range / step) - 1, [=](double i) { return (i + 1) * step - shift; });
+/// step, 2 step, 3 step, ..., trunc(1 / step) - 1 points, each less `shift`.
+inline Axis proportion_grid(double step, double shift = 0) {
+    return axis(std::trunc(1 / step) - 1, [=](double i) { return (i + 1) * step - shift; });
 }
 
 }  // namespace statpower

@@ -93,8 +93,7 @@ STATPOWER_API double PowerReversebyHalfCIOneSampBinom(double halfWidth, double p
 // Powers are those of PowerOneSampBinom without a cancel object, in single precision; their failure values
 // are stored as they come.
 //   step      distance of the points of a proportion axis, at most 0.5: the axis has the points step, 2 step,
-//             ..., trunc(1 / step) - 1 of them; an axis of differences has k step - p0 instead, and
-//             trunc((1 - p0 + p0) / step) - 1 of them
+//             ..., trunc(1 / step) - 1 of them; an axis of differences has k step - p0 instead
 // The empty result unless alpha > 0, every proportion passed in [0, 1], N >= 1, alpha < 1 and step <= 0.5.
 
 /// Power at N = nMin, nMin + 1, ..., nMax. The ends are taken literally: at 0 the power is -1.0.

@@ -141,7 +141,7 @@ TEST(OneSampleBinomial, TheKernelsDoNotReadTheMethod) {
 TEST(OneSampleBinomial, NormalPowerAddsBothTailsTwoSided) {
     Design d;
     d.method = 0;
-    const double r = std::sqrt(d.N), s0 = std::sqrt(0.4 * 0.6), s1 = std::sqrt(0.6 * 0.4);
+    const double r = std::sqrt(d.N), s0 = std::sqrt(0.24);
     for (double p1 : {0.6, 0.2, 0.4, 0.999}) {
         d.p1 = p1;
         const double distance = (d.p0 - p1) * r, spread = std::sqrt(p1 * (1 - p1));
@@ -149,7 +149,6 @@ TEST(OneSampleBinomial, NormalPowerAddsBothTailsTwoSided) {
         const double upper = 1 - phi((distance + s0 * kZ975) / spread);
         EXPECT_NEAR(d.power(), lower + upper, 1e-14) << p1;
     }
-    EXPECT_EQ(s0, s1);
 }
 
 TEST(OneSampleBinomial, NormalPowerOneSidedIsTheTailOnTheSideOfTheAlternative) {
