@@ -31,17 +31,17 @@ double quantile_count(double probability, double m, long& status) {
 /// The largest count whose lower tail under the null hypothesis does not exceed `level`, where there is one.
 std::optional<double> lower_critical(double m, double level, long& status) {
     const double k = quantile_count(level, m, status);
-    const bool brackets =
-        OrvDistFun::CdfBin(k, m, 0.5, status) <= level && level < OrvDistFun::CdfBin(k + 1, m, 0.5, status);
-    return brackets ? std::optional(k) : std::nullopt;
+    const double at = OrvDistFun::CdfBin(k, m, 0.5, status);
+    const double next = OrvDistFun::CdfBin(k + 1, m, 0.5, status);
+    return at <= level && level < next ? std::optional(k) : std::nullopt;
 }
 
 /// The count above which the upper tail lies, where there is one.
 std::optional<double> upper_critical(double m, double level, long& status) {
     const double k = quantile_count(1 - level, m, status);
-    const bool brackets = OrvDistFun::CdfBin(k, m, 0.5, status) <= 1 - level &&
-                          1 - level <= OrvDistFun::CdfBin(k + 1, m, 0.5, status);
-    return brackets ? std::optional(k + 1) : std::nullopt;
+    const double at = OrvDistFun::CdfBin(k, m, 0.5, status);
+    const double next = OrvDistFun::CdfBin(k + 1, m, 0.5, status);
+    return at <= 1 - level && 1 - level <= next ? std::optional(k + 1) : std::nullopt;
 }
 
 bool are_margins(double pA, double pB, double rho) {

@@ -19,31 +19,29 @@ inline double related_power_by_sum(int sided, double N, double p1, double p2, do
     double power = 0;
     for (double m = 1; m <= N; ++m) {
         if (cancel != nullptr && cancel->IsCancelRequested()) return OrvCommon_940::OrvMV::Missing();
+        const auto null = [&](double x) { return OrvDistFun::CdfBin(x, m, 0.5, code); };
+        const auto alternative = [&](double x) { return OrvDistFun::CdfBin(x, m, pc, code); };
         double term = 0;
         if (sided == 0) {
             const double kl = nearest(OrvDistFun::IdfBin(alpha / 2, m, 0.5, code));
             const double ku0 = nearest(OrvDistFun::IdfBin(1 - alpha / 2, m, 0.5, code));
             const double ku = ku0 + 1;
-            if (!(OrvDistFun::CdfBin(kl, m, 0.5, code) <= alpha / 2 &&
-                  alpha / 2 < OrvDistFun::CdfBin(kl + 1, m, 0.5, code) &&
-                  OrvDistFun::CdfBin(ku0, m, 0.5, code) <= 1 - alpha / 2 &&
-                  1 - alpha / 2 <= OrvDistFun::CdfBin(ku, m, 0.5, code)))
+            const double at_kl = null(kl), above_kl = null(kl + 1), at_ku0 = null(ku0), at_ku = null(ku);
+            if (!(at_kl <= alpha / 2 && alpha / 2 < above_kl && at_ku0 <= 1 - alpha / 2 &&
+                  1 - alpha / 2 <= at_ku))
                 continue;
-            term = OrvDistFun::PdfBin(m, N, psi, code) *
-                   (OrvDistFun::CdfBin(kl, m, pc, code) + 1 - OrvDistFun::CdfBin(ku, m, pc, code));
+            term = OrvDistFun::PdfBin(m, N, psi, code) * (alternative(kl) + 1 - alternative(ku));
         } else if (p2 > p1) {
             const double ku0 = nearest(OrvDistFun::IdfBin(1 - alpha, m, 0.5, code));
             const double ku = ku0 + 1;
-            if (!(OrvDistFun::CdfBin(ku0, m, 0.5, code) <= 1 - alpha &&
-                  1 - alpha <= OrvDistFun::CdfBin(ku, m, 0.5, code)))
-                continue;
-            term = OrvDistFun::PdfBin(m, N, psi, code) * (1 - OrvDistFun::CdfBin(ku, m, pc, code));
+            const double at_ku0 = null(ku0), at_ku = null(ku);
+            if (!(at_ku0 <= 1 - alpha && 1 - alpha <= at_ku)) continue;
+            term = OrvDistFun::PdfBin(m, N, psi, code) * (1 - alternative(ku));
         } else {
             const double kl = nearest(OrvDistFun::IdfBin(alpha, m, 0.5, code));
-            if (!(OrvDistFun::CdfBin(kl, m, 0.5, code) <= alpha &&
-                  alpha < OrvDistFun::CdfBin(kl + 1, m, 0.5, code)))
-                continue;
-            term = OrvDistFun::PdfBin(m, N, psi, code) * OrvDistFun::CdfBin(kl, m, pc, code);
+            const double at_kl = null(kl), above_kl = null(kl + 1);
+            if (!(at_kl <= alpha && alpha < above_kl)) continue;
+            term = OrvDistFun::PdfBin(m, N, psi, code) * alternative(kl);
         }
         if (code != 0) return -2;
         power += term;
