@@ -41,81 +41,111 @@ struct Mixture {
     std::array<double, K> w, g;  // weights and differences there
 };
 
-/// Where the terms of one mixture stand: index j, weight w_j and difference g_j.
-struct Term {
-    double j, w, g, n, d;  // g_(j+1) / g_j = x n / d
+/// Where the terms of the mixtures stand.
+template <std::size_t K>
+class Terms {
+  public:
+    std::array<double, K> w, g;  // weights and differences
+
+    explicit Terms(const Mixture<K>& m)
+        : w(m.w), g(m.g), h_(m.h), inverse_h_(1 / m.h), x_(m.point.x), x_low_(m.point.x_low) {
+        for (std::size_t i = 0; i < K; ++i) {
+            const double shift = 0.5 * static_cast<double>(i), a = m.point.a + shift;
+            j_[i] = m.start + shift;
+            n_[i] = a + m.point.b;
+            d_[i] = a + 1;
+        }
+    }
+
+    /// One index up: w_(j+1) / w_j = h / (j + 1), g_(j+1) / g_j = x n / d.
+    void step_up() {
+        for (std::size_t i = 0; i < K; ++i) {
+            j_[i] += 1;
+            ratio_w_[i] = h_ / j_[i];
+            ratio_g_[i] = (x_ * n_[i] + x_low_ * n_[i]) / d_[i];  // x_low keeps a long product exact
+            w[i] *= ratio_w_[i];
+            g[i] *= ratio_g_[i];
+            n_[i] += 1;
+            d_[i] += 1;
+        }
+    }
+
+    void step_down() {
+        for (std::size_t i = 0; i < K; ++i) {
+            n_[i] -= 1;
+            d_[i] -= 1;
+            w[i] *= j_[i] * inverse_h_;
+            g[i] *= d_[i] / (x_ * n_[i] + x_low_ * n_[i]);
+            j_[i] -= 1;
+        }
+    }
+
+    /// The larger ratio of the last step up; the first mixture has the larger weight ratio.
+    double ratio_w() const { return ratio_w_[0]; }
+    double ratio_g() const { return *std::max_element(ratio_g_.begin(), ratio_g_.end()); }
+
+    /// Ratio of the next step down in the weights; the last mixture has the larger.
+    double ratio_down() const { return j_[K - 1] * inverse_h_; }
+
+  private:
+    double h_, inverse_h_, x_, x_low_;
+    std::array<double, K> j_, n_, d_, ratio_w_, ratio_g_;
 };
 
 template <std::size_t K>
-std::array<Term, K> first_terms(const Mixture<K>& m) {
-    std::array<Term, K> terms;
-    for (std::size_t i = 0; i < K; ++i) {
-        const double shift = 0.5 * static_cast<double>(i), a = m.point.a + shift;
-        terms[i] = {m.start + shift, m.w[i], m.g[i], a + m.point.b, a + 1};
-    }
-    return terms;
-}
-
-/// One index up. The two ratios share a division; x_low keeps a long product exact.
-template <std::size_t K>
-void step_up(const Mixture<K>& m, Term& t, double& ratio_w, double& ratio_g) {
-    t.j += 1;
-    const double inverse = 1 / (t.d * t.j);
-    ratio_g = (m.point.x * t.n + m.point.x_low * t.n) * (t.j * inverse);
-    ratio_w = m.h * t.d * inverse;
-    t.g *= ratio_g;
-    t.w *= ratio_w;
-    t.n += 1;
-    t.d += 1;
-}
-
-template <std::size_t K>
-void step_down(const Mixture<K>& m, Term& t, double inverse_h) {
-    t.n -= 1;
-    t.d -= 1;
-    t.w *= t.j * inverse_h;
-    t.g *= t.d / (m.point.x * t.n + m.point.x_low * t.n);
-    t.j -= 1;
-}
-
-template <std::size_t K>
 double total(const std::array<double, K>& v) {
-    double sum = 0;
-    for (double value : v) sum += value;
+    double sum = v[0];
+    for (std::size_t i = 1; i < K; ++i) sum += v[i];
     return sum;
+}
+
+/// Whether terms of this size, falling at least by this ratio from one to the next, are nothing to the sum.
+template <std::size_t K>
+bool is_nothing(const std::array<double, K>& terms, double ratio, const std::array<double, K>& sum) {
+    return total(terms) <= 1e-17 * total(sum) * (1 - ratio);
 }
 
 /// sum of w_j I_x(a + j, b) of each mixture.
 template <std::size_t K>
 std::array<double, K> lower_sums(const Mixture<K>& m) {
     std::array<double, K> sum{}, weights{}, tail{};  // tail: I_j as the sum of the g from j upwards
-    auto terms = first_terms(m);
+    Terms<K> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        double largest_ratio = 0, remaining = 0;
         for (std::size_t i = 0; i < K; ++i) {
-            double ratio_w, ratio_g;
-            weights[i] += terms[i].w;
-            sum[i] += weights[i] * terms[i].g;
-            tail[i] += terms[i].g;
-            step_up(m, terms[i], ratio_w, ratio_g);
-            largest_ratio = std::max(largest_ratio, ratio_g);
-            remaining += terms[i].g;
+            weights[i] += up.w[i];
+            sum[i] += weights[i] * up.g[i];
+            tail[i] += up.g[i];
         }
-        if (largest_ratio < 1 && remaining <= 1e-17 * total(sum) * (1 - largest_ratio)) break;
+        up.step_up();
+        if (is_nothing(up.g, up.ratio_g(), sum)) break;
     }
-    terms = first_terms(m);
-    const double inverse_h = 1 / m.h;
     for (int j = m.start; j > 0; --j) {
         count_step();
-        double remaining = 0;
+        down.step_down();
         for (std::size_t i = 0; i < K; ++i) {
-            step_down(m, terms[i], inverse_h);
-            tail[i] += terms[i].g;
-            sum[i] += terms[i].w * tail[i];
-            remaining += terms[i].w;
+            tail[i] += down.g[i];
+            sum[i] += down.w[i] * tail[i];
         }
-        if (remaining <= 1e-17 * total(sum) * (1 - j * inverse_h)) break;
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
+    }
+    return sum;
+}
+
+/// The same downwards from the start, given I there: for a start beyond which the weights are negligible.
+template <std::size_t K>
+std::array<double, K> lower_sums_from_above(const Mixture<K>& m, const std::array<double, K>& first) {
+    std::array<double, K> sum{}, tail = first;
+    Terms<K> down(m);
+    for (std::size_t i = 0; i < K; ++i) sum[i] = down.w[i] * tail[i];
+    for (int j = m.start; j > 0; --j) {
+        count_step();
+        down.step_down();
+        for (std::size_t i = 0; i < K; ++i) {
+            tail[i] += down.g[i];
+            sum[i] += down.w[i] * tail[i];
+        }
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
     }
     return sum;
 }
@@ -124,55 +154,25 @@ std::array<double, K> lower_sums(const Mixture<K>& m) {
 template <std::size_t K>
 std::array<double, K> upper_sums(const Mixture<K>& m, const std::array<double, K>& first) {
     std::array<double, K> sum{}, tail = first;
-    auto terms = first_terms(m);
+    Terms<K> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        double largest_ratio = 0, remaining = 0;
         for (std::size_t i = 0; i < K; ++i) {
-            double ratio_w, ratio_g;
-            sum[i] += terms[i].w * tail[i];
-            tail[i] += terms[i].g;
-            step_up(m, terms[i], ratio_w, ratio_g);
-            largest_ratio = std::max(largest_ratio, ratio_w);
-            remaining += terms[i].w;
+            sum[i] += up.w[i] * tail[i];
+            tail[i] += up.g[i];
         }
-        if (largest_ratio < 1 && remaining <= 1e-17 * total(sum) * (1 - largest_ratio)) break;
+        up.step_up();
+        if (is_nothing(up.w, up.ratio_w(), sum)) break;
     }
-    terms = first_terms(m);
     tail = first;
-    const double inverse_h = 1 / m.h;
     for (int j = m.start; j > 0; --j) {
         count_step();
-        double remaining = 0;
+        down.step_down();
         for (std::size_t i = 0; i < K; ++i) {
-            step_down(m, terms[i], inverse_h);
-            tail[i] = std::max(tail[i] - terms[i].g, 0.0);
-            sum[i] += terms[i].w * tail[i];
-            remaining += terms[i].w;
+            tail[i] = std::max(tail[i] - down.g[i], 0.0);
+            sum[i] += down.w[i] * tail[i];
         }
-        if (remaining <= 1e-17 * total(sum) * (1 - j * inverse_h)) break;
-    }
-    return sum;
-}
-
-/// sum of w_j I_x(a + j, b) of each mixture, downwards from its start, given I there: for a start beyond
-/// which the weights are negligible.
-template <std::size_t K>
-std::array<double, K> lower_sums_from_above(const Mixture<K>& m, const std::array<double, K>& first) {
-    std::array<double, K> sum{}, tail = first;
-    auto terms = first_terms(m);
-    for (std::size_t i = 0; i < K; ++i) sum[i] = terms[i].w * tail[i];
-    const double inverse_h = 1 / m.h;
-    for (int j = m.start; j > 0; --j) {
-        count_step();
-        double remaining = 0;
-        for (std::size_t i = 0; i < K; ++i) {
-            step_down(m, terms[i], inverse_h);
-            tail[i] += terms[i].g;
-            sum[i] += terms[i].w * tail[i];
-            remaining += terms[i].w;
-        }
-        if (remaining <= 1e-17 * total(sum) * (1 - j * inverse_h)) break;
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
     }
     return sum;
 }
@@ -188,7 +188,7 @@ int top_index(double h) {
 /// Whether the differences die out about as soon as the Poisson weights do.
 template <std::size_t K>
 bool differences_die_out(const Mixture<K>& m) {
-    return beta_series_terms(m.point) < top_index(m.h) - m.start + 50;
+    return beta_series_is_short(m.point, top_index(m.h) - m.start + 50);
 }
 
 /// The point of the parameters (a + by, b).
@@ -289,8 +289,9 @@ Tails noncentral_t_at(double t, double df, double delta) {
         return std::max(0.0, 0.5 * (sums[0] + std::copysign(sums[1], delta)));
     };
     if (differences_die_out(m)) {
-        const double half = half_of(lower_sums(m));
-        return {std::min(1.0, normal_cdf(-delta) + half), std::max(0.0, normal_cdf(delta) - half)};
+        const double between = half_of(lower_sums(m));  // P(0 < T <= t)
+        return delta > 0 ? Tails::from_lower(normal_cdf(-delta) + between)
+                         : Tails::from_upper(std::max(0.0, normal_cdf(delta) - between));
     }
     if (delta > 0 && is_far_below(p, h)) {
         const Mixture<2> top = t_mixture(p, h, top_index(h));
