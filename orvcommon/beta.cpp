@@ -79,7 +79,8 @@ BetaPoint BetaPoint::at_ratio(TwoDoubles r, double a, double b) {
     const TwoDoubles sum = two_sum(r.high, b);
     const double sum_low = sum.low + r.low;
     const double x = r.high / sum.high, y = b / sum.high;
-    const double x_low = (std::fma(-x, sum.high, r.high) + r.low - x * sum_low) / sum.high;
+    const TwoDoubles back = two_product(x, sum.high);
+    const double x_low = ((r.high - back.high) - back.low + r.low - x * sum_low) / sum.high;
     return {a, b, x, y, y * ((r.high - a) + r.low), x_low};
 }
 

@@ -94,14 +94,7 @@ double log_gamma(double x) {
     return lgamma_r(x, &sign);
 }
 
-double stirling_error(double x) {
-    if (x >= 16) {
-        const double w = 1 / x, q = w * w;
-        if (x > 1000) return w * (1.0 / 12 - q * (1.0 / 360));
-        return w * (1.0 / 12 -
-                    q * (1.0 / 360 -
-                         q * (1.0 / 1260 - q * (1.0 / 1680 - q * (1.0 / 1188 - q * (691.0 / 360360))))));
-    }
+double stirling_error_below_16(double x) {
     // log Gamma(1 + x) is accurate near its zero at x = 0
     if (x < 0.5) return log_gamma(x + 1) - (x + 0.5) * std::log(x) + x - kLnSqrt2Pi;
     const int row = x < 1 ? 0 : x < 2 ? 1 : x < 4 ? 2 : x < 8 ? 3 : 4;
