@@ -68,6 +68,7 @@ double wichura_quantile(double q, double tail) {
 }  // namespace
 
 double normal_cdf(double x) {
+    if (x < -39) return 0;
     const double y = -x / std::numbers::sqrt2, v = 0.5 * std::erfc(y);
     if (x > -5) return v;
     // Far out the rounding of y is magnified: correct for it to first order, erfc'(y) / erfc(y) ~ -(2y +
@@ -95,8 +96,6 @@ double log_gamma(double x) {
 }
 
 double stirling_error_below_16(double x) {
-    // log Gamma(1 + x) is accurate near its zero at x = 0
-    if (x < 0.5) return log_gamma(x + 1) - (x + 0.5) * std::log(x) + x - kLnSqrt2Pi;
     const int row = x < 1 ? 0 : x < 2 ? 1 : x < 4 ? 2 : x < 8 ? 3 : 4;
     const double z = (2 << row) / x - 3;  // from 1 at the lower end to -1 at the upper
     const double z2 = z * z, z4 = z2 * z2;
@@ -106,6 +105,10 @@ double stirling_error_below_16(double x) {
     const double high =
         (c[8] + z * c[9]) + z2 * (c[10] + z * c[11]) + z4 * ((c[12] + z * c[13]) + z2 * (c[14] + z * c[15]));
     return low + z4 * z4 * high;
+}
+
+GammaFactor gamma_factor_below_half(double x) {
+    return {1, log_gamma(1 + x) + x - x * std::log(x) - kLnSqrt2Pi};
 }
 
 double poisson_weight(double x, double m) {

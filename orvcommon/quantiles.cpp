@@ -21,8 +21,10 @@ double log_beta(double a, double b) {
     const double n = a + b;
     const double la = a < b ? std::log(a / n) : std::log1p(-b / n);
     const double lb = a < b ? std::log1p(-a / n) : std::log(b / n);
-    return kLnSqrt2Pi + (a - 0.5) * la + (b - 0.5) * lb - 0.5 * std::log(n) + stirling_error(a) +
-           stirling_error(b) - stirling_error(n);
+    const GammaFactor fa = gamma_factor(a), fb = gamma_factor(b), fn = gamma_factor(n);
+    // B(a, b) = Gamma(a + 1) Gamma(b + 1) / Gamma(n + 1) * n / (a b)
+    return kLnSqrt2Pi + a * la + b * lb + 0.5 * std::log(fa.square * fb.square / fn.square) +
+           std::log(n / b / a) + fa.log + fb.log - fn.log;
 }
 
 /// The point of the beta distribution at f = e^s.
@@ -93,13 +95,14 @@ double log_f_start(double a, double b, double p, double q) {
 }
 
 double log_f_quantile(double a, double b, double p, double q) {
-    a = std::min(a, kHugeParameter);
-    b = std::min(b, kHugeParameter);
+    a = std::clamp(a, kTinyParameter, kHugeParameter);
+    b = std::clamp(b, kTinyParameter, kHugeParameter);
     return log_f_quantile(a, b, p, q, log_f_start(a, b, p, q));
 }
 
 /// t with P(T > t) = q, q < 1/2.
 double upper_t_quantile(double q, double df) {
+    df = std::max(df, 2 * kTinyParameter);
     if (df > kNormalDf) return -normal_quantile(q);
     if (df == 1) return 1 / std::tan(std::numbers::pi * q);
     const double z = -normal_quantile(q), z2 = z * z;
@@ -129,7 +132,7 @@ double f_quantile(double p, double df1, double df2) {
         const double t = upper_t_quantile(0.5 * q, df2);
         return t * t;
     }
-    if (df2 == 1 && p < 0.9999) {
+    if (df2 == 1 && p < 0.9999 && p > std::numeric_limits<double>::min()) {
         const double t = upper_t_quantile(0.5 * p, df1);
         return 1 / (t * t);
     }
