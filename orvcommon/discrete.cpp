@@ -102,8 +102,7 @@ double binomial_probability(double x, double n, double p) {
     if (rest < kTinyParameter) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
     // C(n, x) p^x q^(n-x) is the prefix of the beta function at p with parameters x and n - x, times n / (n -
     // x).
-    const TwoDoubles mean = two_product(n, p);
-    return std::min(1.0, beta_prefix({x, rest, p, 1 - p, (mean.high - x) + mean.low}) * (n / rest));
+    return std::min(1.0, beta_prefix({x, rest, p, 1 - p, std::fma(n, p, -x)}) * (n / rest));
 }
 
 double binomial_cdf(double x, double n, double p) {
@@ -145,8 +144,7 @@ double negative_binomial_probability(double k, double r, double p) {
     if (p >= 1) return k == 0;
     if (k < kTinyParameter) return std::exp(r * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
     if (k + r > kHugeParameter) return 0;  // no larger than 1e-30
-    const TwoDoubles mean = two_product(k + r, p);
-    return std::min(1.0, beta_prefix({k, r, 1 - p, p, (r - mean.high) - mean.low}));
+    return std::min(1.0, beta_prefix({k, r, 1 - p, p, std::fma(-(k + r), p, r)}));
 }
 
 }  // namespace orvmath

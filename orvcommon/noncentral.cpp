@@ -316,6 +316,7 @@ Tails noncentral_f(double x, double df1, double df2, double noncentrality) {
     }
     if (h > kGammaLike) return gamma_like(x * (a / (a + h)), a + h, h, b);
     const double r = a * x;
+    const TwoDoubles exact_r = x < 0x1p996 ? two_product(a, x) : TwoDoubles{r, 0};
     a = std::max(a, kTinyParameter);
     if (r > kLargestRatio) {
         const Tails end = noncentral_f_at({kLargestRatio, 0}, a, b, h);
@@ -325,7 +326,7 @@ Tails noncentral_f(double x, double df1, double df2, double noncentrality) {
         const Tails end = noncentral_f_at({kSmallestRatio, 0}, a, b, h);
         return Tails::from_lower(end.lower * std::pow(r / kSmallestRatio, a));
     }
-    return noncentral_f_at(two_product(0.5 * df1, x), a, b, h);
+    return noncentral_f_at(exact_r, a, b, h);
 }
 
 Tails noncentral_t(double t, double df, double delta) {

@@ -14,6 +14,8 @@
 namespace orvmath {
 namespace {
 
+constexpr int kMaxIterations =
+    40;  // reached only where a parameter below 1e-10 leaves no accuracy to converge with
 constexpr double kMaxLog = 700;     // |log f| is kept where exp neither overflows nor underflows
 constexpr double kNormalDf = 1e20;  // degrees of freedom from which t is normal in double precision
 
@@ -42,7 +44,7 @@ double log_f_quantile(double a, double b, double p, double q, double s) {
     const bool lower = p < q;
     s = std::clamp(s, -kMaxLog, kMaxLog);
     double low = -kMaxLog - 1, high = kMaxLog + 1;  // bracket of the solution
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < kMaxIterations; ++i) {
         count_step();
         const BetaPoint point = point_at_log(s, a, b);
         const double prefix = beta_prefix(point);
