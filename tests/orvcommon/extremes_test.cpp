@@ -1,4 +1,5 @@
-// Every operation on a grid of extreme arguments in every position: a defined result, and a bounded number of steps.
+// Every operation on a grid of extreme arguments in every position: a defined result, and a bounded number of
+// steps.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -24,10 +25,40 @@ constexpr long kMostSteps = 1500;
 
 const std::vector<double>& extremes() {
     using Limits = std::numeric_limits<double>;
-    static const std::vector<double> all = {
-        Limits::quiet_NaN(), -kInfinity, OrvMV::Missing(), -1e10, -1.0, -Limits::denorm_min(), -0.0, 0.0,
-        Limits::denorm_min(), 1e-300, 1e-100, 1e-20, 1e-5, 0.05, 0.5, 0.999, 1 - 0x1p-53, 1.0, 1 + 0x1p-52, 2.0, 3.7,
-        17.4, 62.0, 301.0, 1e4, 2e5, 1e8, 0x1p53, 1e17, 1e31, 1e100, 1e300, Limits::max(), kInfinity};
+    static const std::vector<double> all = {Limits::quiet_NaN(),
+                                            -kInfinity,
+                                            OrvMV::Missing(),
+                                            -1e10,
+                                            -1.0,
+                                            -Limits::denorm_min(),
+                                            -0.0,
+                                            0.0,
+                                            Limits::denorm_min(),
+                                            1e-300,
+                                            1e-100,
+                                            1e-20,
+                                            1e-5,
+                                            0.05,
+                                            0.5,
+                                            0.999,
+                                            1 - 0x1p-53,
+                                            1.0,
+                                            1 + 0x1p-52,
+                                            2.0,
+                                            3.7,
+                                            17.4,
+                                            62.0,
+                                            301.0,
+                                            1e4,
+                                            2e5,
+                                            1e8,
+                                            0x1p53,
+                                            1e17,
+                                            1e31,
+                                            1e100,
+                                            1e300,
+                                            Limits::max(),
+                                            kInfinity};
     return all;
 }
 
