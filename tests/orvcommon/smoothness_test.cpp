@@ -24,7 +24,7 @@ double f_power(double n, double groups, double effect, double alpha) {
     return 1 - OrvDistFun::NonCentralCdfF(f, groups - 1, n - groups, n * effect * effect, 1e-12);
 }
 
-/// Largest second difference over 200 steps of 1e-9 relative from n: that of the exact power is below 1e-17.
+/// Largest second difference over 200 steps of 1e-9 relative from n: the exact power's are below 1e-17.
 template <typename Power>
 double roughness(double n, Power power) {
     const double step = 1e-9 * n;
