@@ -43,7 +43,10 @@ inline TwoDoubles two_product(double a, double b) {
 /// the difference is u r - 2 r^3 (1/3 + r^2/5 + r^4/7 + ...).
 inline double log1p_deficit(double u) {
     const double size = std::fabs(u);
-    if (size >= 0.45) return u - std::log1p(u);
+    if (size >= 0.45) {
+        const double s = 1 + u;  // log(1 + u) from log(s) and what the rounding of s lost: faster than std::log1p
+        return u - (std::log(s) + (u - (s - 1)) / s);
+    }
     const double r = u / (2 + u), q = r * r;
     if (size < 0.05)
         return u * r - 2 * r * q * (1.0 / 3 + q * (1.0 / 5 + q * (1.0 / 7 + q * (1.0 / 9 + q * (1.0 / 11)))));
