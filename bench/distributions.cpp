@@ -131,7 +131,8 @@ BENCHMARK_CAPTURE(f_power, boost, f_power_boost);
 // ---- the series of the regression with random predictors
 // -----------------------------------------------------------
 
-/// The terms k = 0, 1, ... of the distribution of a squared multiple correlation of 0.3 with 5 predictors and 100 cases at
+/// The terms k = 0, 1, ... of the distribution of a squared multiple correlation of 0.3 with 5 predictors
+/// and 100 cases at
 /// 0.21, up to where their weights vanish; the time is of one term.
 void random_predictor_series(benchmark::State& state, double (*cdf)(double, double, double)) {
     long status = 0;

@@ -10,7 +10,7 @@
 namespace orvmath {
 namespace {
 
-constexpr int kMaxSteps = 1000;   // never met: the choice of method keeps both loops below some hundred
+constexpr int kMaxSteps = 1000;      // never met: the choice of method keeps both loops below some hundred
 constexpr double kSeriesTerms = 30;  // up to here the series is the fastest
 constexpr double kLargeParameter = 1e5;  // both parameters above: the continued fraction gets long
 
@@ -35,8 +35,8 @@ double series(const BetaPoint& p) {
 /// division a step.
 double continued_fraction(const BetaPoint& p) {
     const double a = p.a, b = p.b, x = p.x, lambda1 = 1 - p.deviation;
-    double D = a + 1, last_D = 1,
-           scale = 1 / D;  // scale: D_m D_(m-1) beta_m, inverted (but beta_0 counts as one)
+    // scale is 1 / (D_m D_(m-1) beta_m), but beta_0 counts as one
+    double D = a + 1, last_D = 1, scale = 1 / D;
     double A = a * lambda1 * scale, B = 1, last_A = 1, last_B = 0;
     for (double m = 1; m < kMaxSteps; m += 1) {
         count_step();
@@ -113,8 +113,7 @@ bool beta_series_is_short(const BetaPoint& p, double terms) {
     const double beyond_mean = std::max(0.0, p.deviation);
     const double room = terms * p.y - beyond_mean - 20 * (1 + p.x) * (1 - 0.5 * p.y);
     if (room > 0 && 78 * p.b * p.x < room * room) return true;
-    const double first = p.a + 1,
-                 second = p.x * std::max(p.a + p.b, first);  // the ratio of the first two terms
+    const double first = p.a + 1, second = p.x * std::max(p.a + p.b, first);
     return p.deviation <= 0 && 20 * (first + second) < terms * (first - second);
 }
 
@@ -124,8 +123,8 @@ Tails beta_tails(const BetaPoint& p, double prefix) {
     if (p.deviation <= 0) {
         if (has_short_end(p.b, p.y, p.a + p.b)) {
             const double upper = mirrored_prefix * series(p.mirrored());
-            if (upper < 0.9 || p.y < 0.02)
-                return Tails::from_upper(upper);  // else the lower tail is better by itself
+            // (A small lower tail is better computed by itself, where that does not take long.)
+            if (upper < 0.9 || p.y < 0.02) return Tails::from_upper(upper);
         }
         return Tails::from_lower(lower_tail(p, prefix));
     }
@@ -144,7 +143,8 @@ Tails beta_cdf(double x, double a, double b) {
     if (std::max(a, b) <= kHugeParameter)
         return beta_tails(BetaPoint::at(x, std::max(a, kTinyParameter), std::max(b, kTinyParameter)));
     // The ratio of x to the mean is what counts: keep it where a parameter is brought down.
-    const double limited_a = std::min(a, kHugeParameter), limited_b = std::min(b, kHugeParameter);
+    const double limited_a = std::clamp(a, kTinyParameter, kHugeParameter);
+    const double limited_b = std::clamp(b, kTinyParameter, kHugeParameter);
     const double r = b / a * (x / (1 - x)) * limited_a;
     return beta_tails(
         BetaPoint::at_ratio({std::clamp(r, kSmallestRatio, kLargestRatio), 0}, limited_a, limited_b));

@@ -100,8 +100,8 @@ double binomial_probability(double x, double n, double p) {
     const double rest = n - x;
     if (x < kTinyParameter) return std::exp(n * std::log1p(-p));
     if (rest < kTinyParameter) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
-    // C(n, x) p^x q^(n-x) is the prefix of the beta function at p with parameters x and n - x, times n / (n -
-    // x).
+    // C(n, x) p^x q^(n-x) is the prefix of the beta function at p with parameters x and n - x, times n / (n
+    // - x).
     return std::min(1.0, beta_prefix({x, rest, p, 1 - p, std::fma(n, p, -x)}) * (n / rest));
 }
 

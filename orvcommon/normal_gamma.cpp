@@ -17,8 +17,8 @@ double polynomial(const double (&c)[N], double x) {
     return sum;
 }
 
-/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p):
-/// M. J. Wichura (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
+/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p): M. J. Wichura
+/// (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
 double wichura_quantile(double q, double tail) {
     static constexpr double kA[] = {3.3871328727963666080e0, 1.3314166789178437745e2, 1.9715909503065514427e3,
                                     1.3731693765509461125e4, 4.5921953931549871457e4, 6.7265770927008700853e4,

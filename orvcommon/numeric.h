@@ -1,6 +1,7 @@
 // Small exact and cancellation-free pieces that every method here is built from.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -16,7 +17,7 @@ inline constexpr double kInvSqrt2Pi = 0.398942280401432677940;
 struct Tails {
     double lower, upper;
 
-    static Tails from_lower(double p) { return {p < 1 ? p : 1, p < 1 ? 1 - p : 0}; }
+    static Tails from_lower(double p) { return {std::min(p, 1.0), std::max(1 - p, 0.0)}; }
     static Tails from_upper(double p) { return from_lower(p).mirrored(); }
     Tails mirrored() const { return {upper, lower}; }
 };
@@ -44,7 +45,8 @@ inline TwoDoubles two_product(double a, double b) {
 inline double log1p_deficit(double u) {
     const double size = std::fabs(u);
     if (size >= 0.45) {
-        const double s = 1 + u;  // log(1 + u) from log(s) and what the rounding of s lost: faster than std::log1p
+        const double s =
+            1 + u;  // log(1 + u) from log(s) and what the rounding of s lost: faster than std::log1p
         return u - (std::log(s) + (u - (s - 1)) / s);
     }
     const double r = u / (2 + u), q = r * r;

@@ -1,6 +1,6 @@
 // All three quantiles solve for s = log f, where f = (b / a) x / (1 - x) and x is beta distributed: Newton's
-// method with two further terms of the inverse series on log(tail probability). Both tails are log-concave in
-// s, so the iteration converges from any start, and a good start leaves one or two evaluations.
+// method with two further terms of the inverse series on log(tail probability). Both tails are log-concave
+// in s, so the iteration converges from any start, and a good start leaves one or two evaluations.
 #include "orvcommon/quantiles.h"
 
 #include <algorithm>

@@ -52,7 +52,8 @@ double cdf_bin(double x, double n, double p) {
 
 __extension__ using Wide = unsigned __int128;
 
-/// Every x for n trials at p = u / 2^m against the sum in 128-bit integers, n m at most 127: both round once.
+/// Every x for n trials at p = u / 2^m against the sum in 128-bit integers, n m at most 127: both round
+/// once.
 void expect_exact(int n, int u, int m) {
     const unsigned v = (1U << m) - static_cast<unsigned>(u);
     Wide sum = 0, coefficient = 1;

@@ -1,5 +1,5 @@
-// Every operation on a grid of extreme arguments in every position: a defined result, and a bounded number of
-// steps.
+// Every operation on a grid of extreme arguments in every position: a defined result, and a bounded number
+// of steps.
 #include <gtest/gtest.h>
 
 #include <algorithm>

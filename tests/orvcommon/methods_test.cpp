@@ -124,6 +124,13 @@ TEST(BetaTails, AreElementaryWhereAParameterIsOne) {
     }
 }
 
+TEST(NoncentralF, FarBelowItsModeIsTheFirstTermOfTheMixture) {
+    // P(F <= x) -> e^(-h) P(central F <= x) for x -> 0; with df1 = 2 the latter is 1 - (1 + 2 x / df2)^(-df2
+    // / 2).
+    for (double x : {1e-12, 1e-15, 1e-30, 1e-190, 1e-250})
+        EXPECT_NEAR(noncentral_f(x, 2, 8, 60).lower / (std::exp(-30) * x), 1, 5e-11) << x;
+}
+
 TEST(NoncentralF, ContinuesAsAPowerBeyondTheRangeOfRatios) {
     // P(F > x) falls as x^(-df2 / 2), P(F <= x) as x^(df1 / 2).
     const double b = 0.005, a = 0.01;
@@ -140,7 +147,8 @@ TEST(NoncentralT, ContinuesAsAPowerBeyondTheRangeOfT) {
 }
 
 TEST(NoncentralF, AboveTheLargestMeansIsAsOneGammaVariable) {
-    // With the noncentrality growing, F over its mean tends to the inverse of a chi-square variable over df2.
+    // With the noncentrality growing, F over its mean tends to the inverse of a chi-square variable over
+    // df2.
     for (double noncentrality : {1e29, 1e31, 1e200, 1e308}) {
         const double f = 1.5 * (noncentrality / 2);
         EXPECT_NEAR(noncentral_f(f, 2, 2, noncentrality).lower, std::exp(-1 / 1.5), 1e-14) << noncentrality;
