@@ -6,7 +6,7 @@
 namespace orvmath {
 
 /// Parameters beyond these are at their limit in double precision.
-inline constexpr double kTinyParameter = 1e-100, kHugeParameter = 1e100;
+inline constexpr double kTinyParameter = 1e-100, kHugeParameter = 1e60;
 
 /// With parameters in that range, beyond these ratios b x / y the tail is a power of the ratio in double
 /// precision.
@@ -31,8 +31,10 @@ struct BetaPoint {
 /// function.
 double beta_prefix(const BetaPoint& p);
 
-/// About how many terms the power series of the incomplete beta function needs at the point.
-double beta_series_terms(const BetaPoint& p);
+/// Whether the power series of the incomplete beta function needs about that many terms or fewer. (They are
+/// those of a negative binomial tail from a upwards with mean b x / y and variance b x / y^2, or fall at
+/// least by the first ratio.)
+bool beta_series_is_short(const BetaPoint& p, double terms);
 
 /// Incomplete beta functions I_x(a, b) and I_y(b, a), given the prefix.
 Tails beta_tails(const BetaPoint& p, double prefix);

@@ -6,10 +6,11 @@
 //     s(t) = s0 + (i t + k t^2) / sigma,   sigma^2 = K''(s0),   k = K'''(s0) / (6 sigma^3).
 // The trapezoidal rule on an analytic integrand converges geometrically, with a rate given by the distance of
 // the nearest singularity; the error that the pole at s = 0 causes is known in closed form and added back.
-// See J. A. C. Weideman and L. N. Trefethen (2014), The exponentially convergent trapezoidal rule, SIAM
-// Review 56, 385-458; S. O. Rice (1980), Distribution of quadratic forms in normal random variables, SIAM J.
-// Sci. Stat. Comput. 1, 438-448; J. G. Booth and A. T. A. Wood (1995) and R. W. Butler (2007), Saddlepoint
-// Approximations, for the family.
+// The trapezoidal rule: L. N. Trefethen and J. A. C. Weideman (2014), The exponentially convergent
+// trapezoidal rule, SIAM Review 56, 385-458. Its use on a path through the saddlepoint: S. O. Rice (1980),
+// Distribution of quadratic forms in normal random variables, SIAM J. Sci. Stat. Comput. 1, 438-448. The
+// generating function: R. W. Butler (2007), Saddlepoint Approximations with Applications, Cambridge
+// University Press.
 #include "orvcommon/saddlepoint.h"
 
 #include <algorithm>
