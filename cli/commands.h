@@ -6,5 +6,7 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
+void add_one_sample_binomial(CLI::App& app);
+void add_related_binomial(CLI::App& app);
 
 }  // namespace cli

@@ -10,6 +10,7 @@
 namespace cli {
 
 extern const CLI::Validator kBetween0And1;  ///< both excluded
+extern const CLI::Validator kFrom0To1;      ///< both included
 extern const CLI::Validator kPositive;      ///< greater than 0
 CLI::Validator at_least(double lowest);
 

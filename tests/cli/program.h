@@ -17,4 +17,7 @@ struct Output {
 /// Runs `statpower ARGUMENTS`.
 Output statpower(const std::string& arguments);
 
+/// Runs `statpower ARGUMENTS` and sends it the signal of Ctrl-C when it has not ended after two seconds.
+Output interrupted_statpower(const std::string& arguments);
+
 }  // namespace testing_support
