@@ -45,14 +45,6 @@ struct Interval {
     double half_width(double N) const { return HalfCIOneSampBinom(N, p, alpha, method, continuity); }
 };
 
-/// What the user says of the axis of a curve.
-struct CurveAxis {
-    std::string over = "n";
-    int from = 2;
-    int to = 100;
-    double step = 0.05;
-};
-
 void add_continuity(CLI::App& command, bool& continuity) {
     command.add_flag("--continuity", continuity, "Correct for continuity");
 }
@@ -157,14 +149,7 @@ void add_curve(CLI::App& parent) {
     });
     d->n = 100;
     d->p1 = d->p0 = 0.5;
-    command->add_option("--over", axis->over, "n, p0, p1 or difference")
-        ->check(CLI::IsMember({"n", "p0", "p1", "difference"}))
-        ->capture_default_str();
-    command->add_option("--from", axis->from, "First number of trials")->capture_default_str();
-    command->add_option("--to", axis->to, "Last number of trials, at most 5000")->capture_default_str();
-    command->add_option("--step", axis->step, "Distance of proportions")
-        ->check(kBetween0And1)
-        ->capture_default_str();
+    add_curve_axis(*command, *axis, {"n", "p0", "p1", "difference"});
     command->add_option("--n", d->n, "Number of trials, where it is not the axis")
         ->check(at_least(1))
         ->capture_default_str();

@@ -28,6 +28,17 @@ CLI::Option* add_sample_size(CLI::App& command, double& n, double lowest, const 
     return command.add_option("--n", n, description)->required()->check(at_least(lowest));
 }
 
+void add_curve_axis(CLI::App& command, CurveAxis& axis, const std::vector<std::string>& choices) {
+    command.add_option("--over", axis.over, "What the curve runs over")
+        ->check(CLI::IsMember(choices))
+        ->capture_default_str();
+    command.add_option("--from", axis.from, "First sample size")->capture_default_str();
+    command.add_option("--to", axis.to, "Last sample size")->capture_default_str();
+    command.add_option("--step", axis.step, "Distance of the points, of ratios as a fraction of their range")
+        ->check(kBetween0And1)
+        ->capture_default_str();
+}
+
 double power_or_no_answer(double power) {
     if (!(power >= 0)) throw NoAnswer("the power of this design cannot be computed");
     return power;

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -24,6 +25,17 @@ CLI::Option* add_proportion(CLI::App& command, const std::string& name, double& 
 
 /// --n, a sample size.
 CLI::Option* add_sample_size(CLI::App& command, double& n, double lowest, const std::string& description);
+
+/// The axis of a curve: sample sizes, or points a step apart.
+struct CurveAxis {
+    std::string over = "n";
+    int from = 2;
+    int to = 100;
+    double step = 0.05;
+};
+
+/// --over with its choices, --from, --to and --step.
+void add_curve_axis(CLI::App& command, CurveAxis& axis, const std::vector<std::string>& choices);
 
 /// The power as it is; throws NoAnswer for one of its failure values.
 double power_or_no_answer(double power);

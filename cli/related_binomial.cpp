@@ -55,12 +55,8 @@ struct Interval {
     double half_width(double N) const { return HalfCIRelSampBinom(method, continuity, N, p1, p2, alpha); }
 };
 
-/// What the user says of the axis of a curve.
-struct CurveAxis {
-    std::string over = "n";
-    int from = 2;
-    int to = 100;
-    double step = 0.05;
+/// The axis of a curve, of ratios with a range.
+struct PairedAxis : CurveAxis {
     double low = 0;
     double high = 0;
 };
@@ -167,7 +163,7 @@ void add_half_width_size(CLI::App& parent) {
 
 void add_curve(CLI::App& parent) {
     auto d = std::make_shared<Design>();
-    auto axis = std::make_shared<CurveAxis>();
+    auto axis = std::make_shared<PairedAxis>();
     auto* command = add_curve_command(parent, "curve", "Power against one quantity", [d, axis] {
         check_design(*d);
         if (d->has_margins() != (axis->over == "correlation"))
@@ -194,16 +190,9 @@ void add_curve(CLI::App& parent) {
             "correlation", "power");
     });
     d->n = 100;
-    command->add_option("--over", axis->over, "n, difference, ratio, odds-ratio or correlation")
-        ->check(CLI::IsMember({"n", "difference", "ratio", "odds-ratio", "correlation"}))
-        ->capture_default_str();
-    command->add_option("--from", axis->from, "First number of pairs")->capture_default_str();
-    command->add_option("--to", axis->to, "Last number of pairs, at most 2500")->capture_default_str();
+    add_curve_axis(*command, *axis, {"n", "difference", "ratio", "odds-ratio", "correlation"});
     command->add_option("--low", axis->low, "Lowest ratio, 0 for the default range")->capture_default_str();
     command->add_option("--high", axis->high, "Highest ratio, 0 for the default range")
-        ->capture_default_str();
-    command->add_option("--step", axis->step, "Distance of the points, of ratios as a fraction of the range")
-        ->check(kBetween0And1)
         ->capture_default_str();
     command->add_option("--n", d->n, "Number of pairs, where it is not the axis")
         ->check(at_least(2))
