@@ -45,7 +45,8 @@ extern "C" {
 /// for the largest k with P(X <= k) <= alpha (alpha / 2), in the upper one X > k + 1 for the largest k with
 /// P(X <= k) <= 1 - alpha; one-sided in the upper tail when p2 > p1, else in the lower one. An m with an
 /// empty region adds nothing, and neither does p1 = p2 = 0.
-/// @return the power; -1.0 unless N >= 2, alpha > 0, p1 and p2 >= 0, p1 + p2 <= 1 and alpha < 1
+/// @return the power; -1.0 unless N >= 2, alpha > 0, p1 and p2 >= 0, p1 + p2 <= 1 and alpha < 1; 0 / 0 in the
+///         normal approximation (p1 = p2 = 0) counts as a missing probability, which is an upper tail of 1
 STATPOWER_API double PowerbyPRelSampBionm(int sided, int exact, OrvCommon_940::OrvQueryCancel* cancel,
                                           double N, double p1, double p2, double alpha);
 
