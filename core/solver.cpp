@@ -1,5 +1,6 @@
 // The two sample-size solvers: one for monotone objectives, one for saw-toothed ones.
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "core/cancel.h"
@@ -12,7 +13,8 @@ using statpower::stop_requested;
 
 namespace {
 
-constexpr double kUpperEndCeiling = 0x1p1023;
+// 8.988465674311579e+307, half the largest double: the highest upper end that can still be doubled.
+constexpr double kUpperEndCeiling = std::numeric_limits<double>::max() / 2;
 
 bool is_hit(double value) {
     return std::abs(value) < 1e-14;

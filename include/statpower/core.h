@@ -74,9 +74,10 @@ STATPOWER_API double InvTanh(double r);
 /// @param tolerance  the bisection ends when the bracket is narrower than this; greater than 0
 /// @return the left end of the final bracket (objective zero or negative there, or within 1e-14 of zero), not
 ///         rounded; `low` where the objective is already non-negative at `low`; the missing value when
-///         cancelled, or when the upper end has grown beyond 2^1023 in absolute value (the target cannot be
-///         reached) or cannot grow (0 or NaN). A NaN objective inside the bracket counts as positive. A
-///         tolerance that is never met ends the bisection when the width can no longer be halved.
+///         cancelled, or when the upper end has grown beyond 8.988465674311579e+307 in absolute value (half
+///         the largest double, 2^1023 but for the last digit: the target cannot be reached) or cannot grow
+///         (0 or NaN). A NaN objective inside the bracket counts as positive. A tolerance that is never met
+///         ends the bisection when the width can no longer be halved.
 STATPOWER_API double PowerReverse(const std::vector<double>& design, POWER_NAMESPACE::Objective objective,
                                   OrvCommon_940::OrvQueryCancel* cancel, double low, double high,
                                   double tolerance);

@@ -2,11 +2,22 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
 namespace testing_support {
+
+std::vector<std::vector<double>> lists_in(const std::string& text) {
+    std::vector<std::vector<double>> lists;
+    std::istringstream parts(text);
+    for (std::string part; std::getline(parts, part, ';');) {
+        std::istringstream numbers(part);
+        lists.emplace_back(std::istream_iterator<double>(numbers), std::istream_iterator<double>());
+    }
+    return lists;
+}
 
 std::vector<Row> read_table(const std::string& name) {
     std::ifstream file(std::string(TEST_DATA_DIR "/") + name);

@@ -1,0 +1,10 @@
+// The commands of the program: each adds itself, with its subcommands and options, to the application.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace cli {
+
+void add_anova(CLI::App& app);
+
+}  // namespace cli

@@ -1,0 +1,29 @@
+// Options that recur in the commands, and the ranges of their values.
+//
+// A value outside its range is refused before the library is called, in one line that names the option.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+extern const CLI::Validator kBetween0And1;  ///< both excluded
+extern const CLI::Validator kPositive;      ///< greater than 0
+CLI::Validator at_least(double lowest);
+
+/// --alpha, 0.05 unless given.
+CLI::Option* add_alpha(CLI::App& command, double& alpha);
+/// --power, the target of a sample-size search, 0.8 unless given.
+CLI::Option* add_target_power(CLI::App& command, double& power);
+/// --sd, the common standard deviation.
+CLI::Option* add_sd(CLI::App& command, double& sd);
+/// A comma-separated list with one value a group.
+CLI::Option* add_list(CLI::App& command, const std::string& name, std::vector<double>& values,
+                      const std::string& description);
+
+/// Refuses an option for a reason that involves other options too.
+[[noreturn]] void refuse(const std::string& option, const std::string& reason);
+
+}  // namespace cli
