@@ -227,6 +227,11 @@ TEST(OverallFSize, AllocatesTheCeilingOfEachShareOfTheHighPrecisionTotal) {
         for (double n : expected) expected_total += n;
         EXPECT_EQ(sizes, expected) << "line " << row.line;
         EXPECT_EQ(total, expected_total);
+        // High-precision powers of this answer and of the next smaller one.
+        EXPECT_GE(row[5], row[2]);
+        EXPECT_LT(row[6], row[2]);
+        EXPECT_NEAR(PowerOverallTest(static_cast<int>(row[0]), lists[0].data(), sizes.data(), row[1], row[3]),
+                    row[5], 1e-12);
     }
 }
 
