@@ -500,6 +500,19 @@ TEST(ContrastHalfWidth, SizeMultipliesBeforeItDivides) {
     EXPECT_EQ(by_half_width[0], 5);
 }
 
+TEST(ContrastHalfWidth, SearchesToATighterToleranceThanThePower) {
+    // Both targets are those of a total just above 40, from which 21 in each group follow. The power search
+    // stops at the multiple of 400 / 2^29 below it, which is below 40 too.
+    Design d = with([](Design& b) { b.k = 2, b.sizes = {1, 1}, b.coefficients = {1, -1}; });
+    d.half_width = d.half_width_at(40 + 4e-7);
+    d.target = d.kernel(40 + 4e-7);
+    std::vector<double> sizes;
+    EXPECT_EQ(d.size_half_width(&sizes), 42);
+    EXPECT_EQ(d.size(&sizes), 40);
+    d.es = 1.0 / 4;  // of the means
+    EXPECT_EQ(d.size_es(&sizes), 40);
+}
+
 // ---- Any input -------------------------------------------------------------------------------------------
 
 TEST(ContrastInput, NaNAndInfinitiesAnywhereGiveSomeResultAndEnd) {
