@@ -4,10 +4,10 @@
 
 #include <cmath>
 #include <functional>
-#include <limits>
 
 #include "anova/contrast.h"
 #include "anova/plot_range.h"
+#include "anova/refused_axes.h"
 #include "statpower/anova.h"
 #include "support/plot.h"
 
@@ -15,21 +15,9 @@ using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using testing::Each;
 using testing::ElementsAre;
-using testing_support::Curve;
-using testing_support::is_empty;
-using testing_support::Surface;
-using testing_support::take;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-constexpr int kLargestInt = std::numeric_limits<int>::max();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
-#define EXPECT_EMPTY(plot) EXPECT_PRED1([](auto p) { return is_empty(p); }, plot)
 
 /// The arguments of all four, valid as they stand; a test changes one.
 struct Request {
@@ -74,7 +62,7 @@ Request with(std::function<void(Request&)> change) {
 // ---- What is refused -------------------------------------------------------------------------------------
 
 TEST(ContrastCurves, AreEmptyForFewerThanTwoGroups) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {1, 0, -1, kSmallestInt}) {
         Request r = with([=](Request& q) { q.k = k; });
         EXPECT_EMPTY(r.over_n());
         EXPECT_EMPTY(r.over_n_es());
@@ -88,7 +76,7 @@ TEST(ContrastCurves, AreEmptyForFewerThanTwoGroups) {
 }
 
 TEST(ContrastSurface, DoesNotCheckTheNumberOfGroupsAndEveryPowerIsThenMissing) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {1, 0, -1, kSmallestInt}) {
         Request r = with([=](Request& q) { q.k = k; });
         const Surface s = take(r.over_n_and_sd());
         EXPECT_EQ(s.x.size(), 11u);
@@ -138,12 +126,7 @@ TEST(ContrastCurves, AreEmptyUnlessAlphaIsAboveZeroAndBelowOneAlsoInTheSurface) 
 }
 
 TEST(ContrastCurves, AreEmptyUnlessTheSampleSizesAreInOrderAndEachAtLeastTwoOrExactlyZero) {
-    const struct {
-        int min, max;
-    } refused[] = {{11, 10}, {1, 10}, {-1, 10},
-                   {-3, -2}, {1, 1},  {0, 1},
-                   {-1, 0},  {5, 0},  {std::numeric_limits<int>::min(), kLargestInt}};
-    for (const auto& n : refused) {
+    for (const auto& n : kRefusedSampleSizes) {
         Request r = with([&](Request& q) { q.n_min = n.min, q.n_max = n.max; });
         EXPECT_EMPTY(r.over_n()) << n.min << ' ' << n.max;
         EXPECT_EMPTY(r.over_n_es()) << n.min << ' ' << n.max;
@@ -156,10 +139,7 @@ TEST(ContrastCurves, AreEmptyUnlessTheSampleSizesAreInOrderAndEachAtLeastTwoOrEx
 }
 
 TEST(ContrastCurves, AreEmptyForAReversedNaNZeroOrOverflowingDeviationRange) {
-    const struct {
-        double min, max;
-    } refused[] = {{2, 1}, {kNaN, 1}, {1, kNaN}, {1, -1}, {1, 1}, {-1e308, 1e308}, {1, kInfinity}};
-    for (const auto& range : refused) {
+    for (const auto& range : kRefusedRanges) {
         Request r = with([&](Request& q) { q.sd_min = range.min, q.sd_max = range.max; });
         EXPECT_EMPTY(r.over_sd()) << range.min;
         EXPECT_EMPTY(r.over_n_and_sd()) << range.min;
@@ -167,7 +147,7 @@ TEST(ContrastCurves, AreEmptyForAReversedNaNZeroOrOverflowingDeviationRange) {
 }
 
 TEST(ContrastCurves, AreEmptyForAStepThatIsZeroNegativeOrNaNAndForMorePointsThanAnIntCounts) {
-    for (double step : {0.0, -0.25, -1.0, -5.0, kNaN, 1e-10, kSmallest}) {
+    for (double step : kRefusedSteps) {
         Request r = with([=](Request& q) { q.step = step; });
         EXPECT_EMPTY(r.over_sd()) << step;
         EXPECT_EMPTY(r.over_n_and_sd()) << step;

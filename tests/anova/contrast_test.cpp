@@ -10,24 +10,15 @@
 
 #include "statpower/anova.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using testing::Each;
 using testing::ElementsAre;
-using testing_support::lists_in;
-using testing_support::read_table;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
-#define EXPECT_PRESENT(value) \
-    EXPECT_PRED1([](double v) { return !OrvMV::IsMissing(v) && std::isfinite(v); }, value)
 
 /// A valid design of three groups, of which a test breaks one argument.
 struct Design {
@@ -143,8 +134,7 @@ TEST(ContrastEffect, ChecksSigmaOnlyAfterTheRepair) {
 }
 
 TEST(ContrastEffect, OfNoGroupsIsMissingAndReadsNothing) {
-    for (int k : {0, -1, std::numeric_limits<int>::min()})
-        EXPECT_MISSING(EffectSizeSC(k, nullptr, nullptr, 1));
+    for (int k : {0, -1, kSmallestInt}) EXPECT_MISSING(EffectSizeSC(k, nullptr, nullptr, 1));
 }
 
 TEST(ContrastEffect, OfOneGroupIsZero) {
@@ -223,7 +213,7 @@ TEST(ContrastPower, IsMissingUnlessAlphaIsAboveZeroAndBelowOne) {
 }
 
 TEST(ContrastPower, IsMissingForFewerThanTwoGroups) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {1, 0, -1, kSmallestInt}) {
         Design d = with([=](Design& b) { b.k = k; });
         EXPECT_MISSING(d.power());
         EXPECT_MISSING(d.power_es());

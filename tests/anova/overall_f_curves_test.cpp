@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "anova/overall_f.h"
 #include "anova/plot_range.h"
+#include "anova/refused_axes.h"
 #include "statpower/anova.h"
 #include "support/plot.h"
 #include "support/table.h"
@@ -15,23 +15,9 @@ using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using testing::Each;
 using testing::ElementsAre;
-using testing_support::Curve;
-using testing_support::is_empty;
-using testing_support::lists_in;
-using testing_support::read_table;
-using testing_support::Surface;
-using testing_support::take;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-constexpr int kLargestInt = std::numeric_limits<int>::max();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
-#define EXPECT_EMPTY(plot) EXPECT_PRED1([](auto p) { return is_empty(p); }, plot)
 
 /// The arguments of all six, valid as they stand; a test changes one.
 struct Request {
@@ -77,7 +63,7 @@ Request with(std::function<void(Request&)> change) {
 // ---- What is refused -------------------------------------------------------------------------------------
 
 TEST(OverallFCurves, AreEmptyForFewerThanTwoGroups) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {1, 0, -1, kSmallestInt}) {
         Request r = with([=](Request& q) { q.k = k; });
         EXPECT_EMPTY(r.over_n());
         EXPECT_EMPTY(r.over_n_es());
@@ -156,12 +142,7 @@ TEST(OverallFSurfaces, WithSuchAnAlphaHaveNoDefaultSampleSizes) {
 }
 
 TEST(OverallFCurves, AreEmptyUnlessTheSampleSizesAreInOrderAndEachAtLeastTwoOrExactlyZero) {
-    const struct {
-        int min, max;
-    } refused[] = {{11, 10}, {1, 10}, {-1, 10},
-                   {-3, -2}, {1, 1},  {0, 1},
-                   {-1, 0},  {5, 0},  {std::numeric_limits<int>::min(), kLargestInt}};
-    for (const auto& n : refused) {
+    for (const auto& n : kRefusedSampleSizes) {
         Request r = with([&](Request& q) { q.n_min = n.min, q.n_max = n.max; });
         EXPECT_EMPTY(r.over_n()) << n.min << ' ' << n.max;
         EXPECT_EMPTY(r.over_n_es()) << n.min << ' ' << n.max;
@@ -175,24 +156,23 @@ TEST(OverallFCurves, AreEmptyUnlessTheSampleSizesAreInOrderAndEachAtLeastTwoOrEx
     EXPECT_THAT(take(r.over_n_and_es()).x, ElementsAre(2));
 }
 
-TEST(OverallFCurves, AreEmptyForAReversedOrNaNContinuousRange) {
-    const struct {
-        double min, max;
-    } refused[] = {{2, 1}, {std::nextafter(1.0, 2.0), 1}, {kNaN, 1}, {1, kNaN}, {1, -1}};
-    for (const auto& range : refused) {
-        Request r = with([&](Request& q) {
-            q.es_min = q.sd_min = range.min;
-            q.es_max = q.sd_max = range.max;
-        });
-        EXPECT_EMPTY(r.over_es());
-        EXPECT_EMPTY(r.over_sd());
-        EXPECT_EMPTY(r.over_n_and_sd());
-        EXPECT_EMPTY(r.over_n_and_es());
-    }
+TEST(OverallFCurves, AreEmptyForAReversedNaNZeroOrOverflowingContinuousRange) {
+    for (const auto& range : kRefusedRanges)
+        for (int type : {0, 1}) {
+            Request r = with([&](Request& q) {
+                q.es_type = type;
+                q.es_min = q.sd_min = range.min;
+                q.es_max = q.sd_max = range.max;
+            });
+            EXPECT_EMPTY(r.over_es()) << range.min << ' ' << range.max;
+            EXPECT_EMPTY(r.over_sd()) << range.min << ' ' << range.max;
+            EXPECT_EMPTY(r.over_n_and_sd()) << range.min << ' ' << range.max;
+            EXPECT_EMPTY(r.over_n_and_es()) << range.min << ' ' << range.max;
+        }
 }
 
 TEST(OverallFCurves, AreEmptyForAStepThatIsZeroNegativeOrNaNAndForMorePointsThanAnIntCounts) {
-    for (double step : {0.0, -0.25, -1.0, -5.0, kNaN, 1e-10, kSmallest}) {
+    for (double step : kRefusedSteps) {
         Request r = with([=](Request& q) { q.step = step; });
         for (int type : {0, 1}) {
             r.es_type = type;
@@ -202,24 +182,6 @@ TEST(OverallFCurves, AreEmptyForAStepThatIsZeroNegativeOrNaNAndForMorePointsThan
         EXPECT_EMPTY(r.over_sd()) << step;
         EXPECT_EMPTY(r.over_n_and_sd()) << step;
     }
-}
-
-TEST(OverallFCurves, AreEmptyForAContinuousRangeOfZeroOrOverflowingWidth) {
-    const struct {
-        double min, max;
-    } ranges[] = {{1, 1}, {-1e308, 1e308}, {-kInfinity, 1}, {1, kInfinity}, {kInfinity, kInfinity}};
-    for (const auto& range : ranges)
-        for (int type : {0, 1}) {
-            Request r = with([&](Request& q) {
-                q.es_type = type;
-                q.es_min = q.sd_min = range.min;
-                q.es_max = q.sd_max = range.max;
-            });
-            EXPECT_EMPTY(r.over_es()) << range.min;
-            EXPECT_EMPTY(r.over_sd()) << range.min;
-            EXPECT_EMPTY(r.over_n_and_sd()) << range.min;
-            EXPECT_EMPTY(r.over_n_and_es()) << range.min;
-        }
 }
 
 TEST(OverallFCurves, DoNotCheckTheEffectSize) {

@@ -4,26 +4,18 @@
 
 #include <cmath>
 #include <functional>
-#include <limits>
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "support/values.h"
 
 using OrvCommon_940::OrvMV;
 using testing::ElementsAre;
+using namespace testing_support;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-
 constexpr int kBonferroni = 0, kSidak = 1, kUnadjusted = 2;
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
-#define EXPECT_PRESENT(value) \
-    EXPECT_PRED1([](double v) { return !OrvMV::IsMissing(v) && std::isfinite(v); }, value)
 
 /// A valid comparison of groups 2 and 4 of four, of which a test breaks one argument.
 struct Comparison {
@@ -77,7 +69,7 @@ TEST(PairwiseEffect, IsMissingUnlessTheGroupsAreInOrderAndCountedFromOne) {
 }
 
 TEST(PairwiseEffect, IsMissingForFewerThanTwoGroupsAndUnlessTheDeviationIsAboveZero) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()})
+    for (int k : {1, 0, -1, kSmallestInt})
         EXPECT_MISSING(with([=](Comparison& c) { c.k = k, c.i = 1, c.j = 2; }).effect());
     EXPECT_PRESENT(with([](Comparison& c) { c.k = 2, c.i = 1, c.j = 2; }).effect());
     for (double sd : {0.0, -1.0, kNaN}) EXPECT_MISSING(with([=](Comparison& c) { c.sd = sd; }).effect());
@@ -119,7 +111,7 @@ TEST(PairwiseLevel, OfTwoGroupsIsAlphaByEveryMethod) {
 }
 
 TEST(PairwiseLevel, IsUnknownForAnyOtherCode) {
-    for (int method : {-1, 3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    for (int method : {-1, 3, kSmallestInt, kLargestInt}) {
         Comparison c = with([=](Comparison& b) { b.method = method; });
         EXPECT_MISSING(c.power());
         EXPECT_MISSING(c.half_width_at(60));
@@ -235,7 +227,7 @@ TEST(PairwiseSize, FailedSearchesGoThroughTheRounding) {
 
 TEST(PairwiseInput, AGroupThatDoesNotExistSetsNoCoefficient) {
     // That j is at most k is not checked; no memory beyond the groups is touched.
-    for (int j : {5, 1000000, std::numeric_limits<int>::max()}) {
+    for (int j : {5, 1000000, kLargestInt}) {
         Comparison c = with([=](Comparison& b) { b.j = j; });
         std::vector<double> sizes, expected;
         // 1 for group 2 alone: the last coefficient is repaired to -1, as in the comparison with group 4.
@@ -250,7 +242,7 @@ TEST(PairwiseInput, AGroupThatDoesNotExistSetsNoCoefficient) {
     EXPECT_EQ(neither.half_width_at(60), 0);
     EXPECT_EQ(neither.power(), 1);  // 0 / 0 is no noncentrality
     EXPECT_GE(neither.size(any), 8);
-    for (int i : {-1, 0, std::numeric_limits<int>::min()}) {
+    for (int i : {-1, 0, kSmallestInt}) {
         Comparison c = with([=](Comparison& b) { b.i = i; });
         EXPECT_PRESENT(c.half_width_at(60));
         EXPECT_GE(c.size_half_width(any), 8);

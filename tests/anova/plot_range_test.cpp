@@ -5,16 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "statpower/anova.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int kLargestInt = std::numeric_limits<int>::max();
 
 struct Range {
     int min = -7, max = -7;
@@ -41,7 +39,7 @@ TEST(TotalBounds, KeepTwoObservationsInTheSmallestGroupAndAtMostFiveThousandInTh
 }
 
 TEST(TotalBounds, AreBothZeroForNoGroups) {
-    for (int k : {0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {0, -1, kSmallestInt}) {
         Range r;
         _MinMaxNR(k, nullptr, r.min, r.max);
         EXPECT_EQ(r, (Range{0, 0})) << k;

@@ -7,7 +7,7 @@
 #include "support/plot.h"
 
 using testing::HasSubstr;
-using testing::StartsWith;
+using testing_support::expect_refusals;
 using testing_support::statpower;
 
 namespace {
@@ -71,32 +71,24 @@ TEST(AnovaCommand, HalfWidthAndItsSizeAreTheLibrarys) {
 }
 
 TEST(AnovaCommand, NamesTheArgumentThatIsOutOfRange) {
-    const struct {
-        const char* arguments;
-        const char* option;
-    } cases[] = {
-        {"power --f 0.2 --sizes 5,5 --alpha 0", "--alpha"},
-        {"power --f 0.2 --sizes 5,5 --alpha 1", "--alpha"},
-        {"power --f 0.2 --sizes 5", "--sizes"},
-        {"power --f 0.2 --sizes 5,-1", "--sizes"},
-        {"power --f 0.2 --sizes 1,1", "--sizes"},
-        {"power --f 0 --sizes 5,5", "--f"},
-        {"power --variance-explained 1 --sizes 5,5", "--variance-explained"},
-        {"power --means 1,2 --sd 0 --sizes 5,5", "--sd"},
-        {"power --means 1,2 --sizes 5,5", "--means"},
-        {"power --means 1,2,3 --sd 1 --sizes 5,5", "--means"},
-        {"size --f 0.2 --weights 5,5 --power 1", "--power"},
-        {"size --f 0.2 --weights 5,0", "--weights"},
-        {"effect --means 1,2 --sd 1", "--sizes"},
-        {"halfwidth --groups 1 --total 40 --sd 2", "--groups"},
-        {"halfwidth --groups 3 --total 3 --sd 2", "--total"},
-        {"halfwidth-size --weights 1,1 --halfwidth 0 --sd 2", "--halfwidth"},
-    };
-    for (const auto& c : cases) {
-        const auto run = statpower(std::string("anova ") + c.arguments);
-        EXPECT_EQ(run.status, 2) << c.arguments;
-        EXPECT_THAT(run.text, StartsWith(std::string("statpower: ") + c.option)) << c.arguments;
-    }
+    expect_refusals("anova", {
+                                 {"power --f 0.2 --sizes 5,5 --alpha 0", "--alpha"},
+                                 {"power --f 0.2 --sizes 5,5 --alpha 1", "--alpha"},
+                                 {"power --f 0.2 --sizes 5", "--sizes"},
+                                 {"power --f 0.2 --sizes 5,-1", "--sizes"},
+                                 {"power --f 0.2 --sizes 1,1", "--sizes"},
+                                 {"power --f 0 --sizes 5,5", "--f"},
+                                 {"power --variance-explained 1 --sizes 5,5", "--variance-explained"},
+                                 {"power --means 1,2 --sd 0 --sizes 5,5", "--sd"},
+                                 {"power --means 1,2 --sizes 5,5", "--means"},
+                                 {"power --means 1,2,3 --sd 1 --sizes 5,5", "--means"},
+                                 {"size --f 0.2 --weights 5,5 --power 1", "--power"},
+                                 {"size --f 0.2 --weights 5,0", "--weights"},
+                                 {"effect --means 1,2 --sd 1", "--sizes"},
+                                 {"halfwidth --groups 1 --total 40 --sd 2", "--groups"},
+                                 {"halfwidth --groups 3 --total 3 --sd 2", "--total"},
+                                 {"halfwidth-size --weights 1,1 --halfwidth 0 --sd 2", "--halfwidth"},
+                             });
 }
 
 TEST(AnovaCommand, ExactlyOneKindOfEffectIsGiven) {
@@ -195,35 +187,28 @@ TEST(AnovaCurveCommand, HasNoAnswerWhereTheAxisHasNoPoints) {
 }
 
 TEST(AnovaCurveCommand, NamesTheArgumentThatIsOutOfRangeOrNeeded) {
-    const struct {
-        const char* arguments;
-        const char* option;
-    } cases[] = {
-        {"--sizes 5,5 --over n", "--over n"},
-        {"--sizes 5,5 --over sd", "--over sd"},
-        {"--sizes 5,5 --over n-sd --f 0.2", "--over n-sd"},
-        {"--sizes 5,5 --over n-f", "--over n-f"},
-        {"--sizes 5,5 --over n-f --variance-explained 0.2", "--over n-f"},
-        {"--sizes 5,5 --over n-variance-explained --f 0.2", "--over n-variance-explained"},
-        {"--sizes 5,5 --over means", "--over"},
-        {"--sizes 5 --f 0.2", "--sizes"},
-        {"--sizes 5,5 --means 1,2,3 --sd 1", "--means"},
-        {"--sizes 5,5 --f 0.2 --n-low 1 --n-high 10", "--n-low"},
-        {"--sizes 5,5 --f 0.2 --n-low 10", "--n-low"},
-        {"--sizes 5,5 --f 0.2 --n-high 10", "--n-high"},
-        {"--sizes 5,5 --f 0.2 --n-low 10 --n-high 9", "--n-low"},
-        {"--sizes 5,5 --over f --es-low 2 --es-high 1", "--es-low"},
-        {"--sizes 5,5 --over f --es-low -1 --es-high 1", "--es-low"},
-        {"--sizes 5,5 --over sd --means 1,2 --sd 1 --sd-low 0 --sd-high 1", "--sd-low"},
-        {"--sizes 5,5 --over sd --means 1,2 --sd 1 --sd-low 2 --sd-high 1", "--sd-low"},
-        {"--sizes 5,5 --over f --steps 0", "--steps"},
-        {"--sizes 5,5 --over f --alpha 1", "--alpha"},
-    };
-    for (const auto& c : cases) {
-        const auto run = statpower(std::string("anova curve ") + c.arguments);
-        EXPECT_EQ(run.status, 2) << c.arguments;
-        EXPECT_THAT(run.text, StartsWith(std::string("statpower: ") + c.option)) << c.arguments;
-    }
+    expect_refusals("anova curve",
+                    {
+                        {"--sizes 5,5 --over n", "--over n"},
+                        {"--sizes 5,5 --over sd", "--over sd"},
+                        {"--sizes 5,5 --over n-sd --f 0.2", "--over n-sd"},
+                        {"--sizes 5,5 --over n-f", "--over n-f"},
+                        {"--sizes 5,5 --over n-f --variance-explained 0.2", "--over n-f"},
+                        {"--sizes 5,5 --over n-variance-explained --f 0.2", "--over n-variance-explained"},
+                        {"--sizes 5,5 --over means", "--over"},
+                        {"--sizes 5 --f 0.2", "--sizes"},
+                        {"--sizes 5,5 --means 1,2,3 --sd 1", "--means"},
+                        {"--sizes 5,5 --f 0.2 --n-low 1 --n-high 10", "--n-low"},
+                        {"--sizes 5,5 --f 0.2 --n-low 10", "--n-low"},
+                        {"--sizes 5,5 --f 0.2 --n-high 10", "--n-high"},
+                        {"--sizes 5,5 --f 0.2 --n-low 10 --n-high 9", "--n-low"},
+                        {"--sizes 5,5 --over f --es-low 2 --es-high 1", "--es-low"},
+                        {"--sizes 5,5 --over f --es-low -1 --es-high 1", "--es-low"},
+                        {"--sizes 5,5 --over sd --means 1,2 --sd 1 --sd-low 0 --sd-high 1", "--sd-low"},
+                        {"--sizes 5,5 --over sd --means 1,2 --sd 1 --sd-low 2 --sd-high 1", "--sd-low"},
+                        {"--sizes 5,5 --over f --steps 0", "--steps"},
+                        {"--sizes 5,5 --over f --alpha 1", "--alpha"},
+                    });
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "support/plot.h"
 
 using testing::HasSubstr;
-using testing::StartsWith;
+using testing_support::expect_refusals;
 using testing_support::statpower;
 using testing_support::take;
 
@@ -104,31 +104,25 @@ TEST(ContrastCommand, CurvesAreTheLibrarys) {
 }
 
 TEST(ContrastCommand, NamesTheArgumentThatIsOutOfRangeOrNeeded) {
-    const struct {
-        const char* arguments;
-        const char* option;
-    } cases[] = {
-        {"power --sizes 5,5 --coefficients 1,1 --es 0.5 --alpha 0", "--alpha"},
-        {"power --sizes 5,5,5 --coefficients 1,1,0 --es 0.5", "--coefficients"},
-        {"power --sizes 5,5 --coefficients 1,0,-1 --es 0.5", "--coefficients"},
-        {"power --sizes 5,5 --es 0.5", "--coefficients"},
-        {"power --sizes 5 --coefficients 1 --es 0.5", "--sizes"},
-        {"power --sizes 1,1 --coefficients 1,-1 --es 0.5", "--sizes"},
-        {"power --sizes 5,5 --coefficients 1,-1 --means 1,2", "--means"},
-        {"power --sizes 5,5 --coefficients 1,-1 --means 1,2,3 --sd 1", "--means"},
-        {"size --weights 5,0 --coefficients 1,-1 --es 0.5", "--weights"},
-        {"effect --means 1,2 --coefficients 1,0,-1 --sd 1", "--coefficients"},
-        {"halfwidth --weights 5,5 --total 2 --coefficients 1,-1 --sd 1", "--total"},
-        {"halfwidth-size --weights 5,5 --halfwidth 0 --coefficients 1,-1 --sd 1", "--halfwidth"},
-        {"curve --sizes 5,5 --coefficients 1,-1 --es 0.5", "--es"},
-        {"curve --sizes 5,5 --coefficients 1,-1 --es 0.5 --over sd", "--over sd"},
-        {"curve --sizes 5,5 --coefficients 1,-1 --means 1,2 --sd 1 --over es", "--over"},
-    };
-    for (const auto& c : cases) {
-        const auto run = statpower(std::string("contrast ") + c.arguments);
-        EXPECT_EQ(run.status, 2) << c.arguments;
-        EXPECT_THAT(run.text, StartsWith(std::string("statpower: ") + c.option)) << c.arguments;
-    }
+    expect_refusals(
+        "contrast",
+        {
+            {"power --sizes 5,5 --coefficients 1,1 --es 0.5 --alpha 0", "--alpha"},
+            {"power --sizes 5,5,5 --coefficients 1,1,0 --es 0.5", "--coefficients"},
+            {"power --sizes 5,5 --coefficients 1,0,-1 --es 0.5", "--coefficients"},
+            {"power --sizes 5,5 --es 0.5", "--coefficients"},
+            {"power --sizes 5 --coefficients 1 --es 0.5", "--sizes"},
+            {"power --sizes 1,1 --coefficients 1,-1 --es 0.5", "--sizes"},
+            {"power --sizes 5,5 --coefficients 1,-1 --means 1,2", "--means"},
+            {"power --sizes 5,5 --coefficients 1,-1 --means 1,2,3 --sd 1", "--means"},
+            {"size --weights 5,0 --coefficients 1,-1 --es 0.5", "--weights"},
+            {"effect --means 1,2 --coefficients 1,0,-1 --sd 1", "--coefficients"},
+            {"halfwidth --weights 5,5 --total 2 --coefficients 1,-1 --sd 1", "--total"},
+            {"halfwidth-size --weights 5,5 --halfwidth 0 --coefficients 1,-1 --sd 1", "--halfwidth"},
+            {"curve --sizes 5,5 --coefficients 1,-1 --es 0.5", "--es"},
+            {"curve --sizes 5,5 --coefficients 1,-1 --es 0.5 --over sd", "--over sd"},
+            {"curve --sizes 5,5 --coefficients 1,-1 --means 1,2 --sd 1 --over es", "--over"},
+        });
 }
 
 }  // namespace

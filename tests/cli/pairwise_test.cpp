@@ -6,7 +6,7 @@
 #include "statpower/anova.h"
 
 using testing::HasSubstr;
-using testing::StartsWith;
+using testing_support::expect_refusals;
 using testing_support::statpower;
 
 namespace {
@@ -69,31 +69,24 @@ TEST(PairwiseCommand, HalfWidthAndItsSizeAreTheLibrarys) {
 }
 
 TEST(PairwiseCommand, NamesTheArgumentThatIsOutOfRangeOrNeeded) {
-    const struct {
-        const char* arguments;
-        const char* option;
-    } cases[] = {
-        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 0,1", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1,1", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 2,1", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1,3", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --sd 1", "--pair"},
-        {"power --sizes 5,5 --means 1,2 --pair 1,2", "--sd"},
-        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 0", "--sd"},
-        {"power --sizes 5,5 --means 1,2,3 --pair 1,2 --sd 1", "--means"},
-        {"power --sizes 1,1 --means 1,2 --pair 1,2 --sd 1", "--sizes"},
-        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 1 --method scheffe", "--method"},
-        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 1 --alpha 1", "--alpha"},
-        {"size --weights 1,-1 --means 1,2 --pair 1,2 --sd 1", "--weights"},
-        {"halfwidth --weights 1,1 --total 2 --pair 1,2 --sd 1", "--total"},
-        {"halfwidth-size --weights 1,1 --halfwidth 0 --pair 1,2 --sd 1", "--halfwidth"},
-    };
-    for (const auto& c : cases) {
-        const auto run = statpower(std::string("pairwise ") + c.arguments);
-        EXPECT_EQ(run.status, 2) << c.arguments;
-        EXPECT_THAT(run.text, StartsWith(std::string("statpower: ") + c.option)) << c.arguments;
-    }
+    expect_refusals("pairwise",
+                    {
+                        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 0,1", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1,1", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 2,1", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1,3", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --sd 1 --pair 1", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --sd 1", "--pair"},
+                        {"power --sizes 5,5 --means 1,2 --pair 1,2", "--sd"},
+                        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 0", "--sd"},
+                        {"power --sizes 5,5 --means 1,2,3 --pair 1,2 --sd 1", "--means"},
+                        {"power --sizes 1,1 --means 1,2 --pair 1,2 --sd 1", "--sizes"},
+                        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 1 --method scheffe", "--method"},
+                        {"power --sizes 5,5 --means 1,2 --pair 1,2 --sd 1 --alpha 1", "--alpha"},
+                        {"size --weights 1,-1 --means 1,2 --pair 1,2 --sd 1", "--weights"},
+                        {"halfwidth --weights 1,1 --total 2 --pair 1,2 --sd 1", "--total"},
+                        {"halfwidth-size --weights 1,1 --halfwidth 0 --pair 1,2 --sd 1", "--halfwidth"},
+                    });
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Curves and surfaces as values: copied, and their arrays released.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <vector>
 
 #include "statpower/core.h"
@@ -39,3 +41,5 @@ inline Surface take(XYZPlot plot) {
 }
 
 }  // namespace testing_support
+
+#define EXPECT_EMPTY(plot) EXPECT_PRED1([](auto p) { return testing_support::is_empty(p); }, plot)
