@@ -130,12 +130,14 @@ double EffectSizeSC(int k, const double* means, double* coefficients, double sig
 
 double PowerSC(int k, const double* means, const double* sizes, double* coefficients, int directional,
                double sigma, double alpha) {
+    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
     return contrast_power(groups(k, means), sigma, groups(k, sizes), SampleSizeTotal(k, sizes),
                           groups(k, coefficients), directional != 0, alpha);
 }
 
 double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional, double es,
                   double alpha) {
+    if (!(alpha > 0 && k >= 2 && alpha < 1)) return OrvMV::Missing();
     return contrast_power_of_effect(es, groups(k, sizes), SampleSizeTotal(k, sizes), groups(k, coefficients),
                                     directional != 0, alpha);
 }

@@ -92,7 +92,8 @@ void add_size(CLI::App& contrast) {
         std::vector<double> sizes;
         const double total = c->allocate(sizes);
         const double power = c->power(sizes);
-        if (!(power >= c->target)) throw NoAnswer("no sample size reaches the power: is there an effect?");
+        if (is_smallest_allocation(*c, total) && power < c->target)
+            throw NoAnswer("no sample size reaches the power: is there an effect?");
         Report report = c->report();
         report.update({{"target_power", c->target},
                        {"alpha", c->alpha},

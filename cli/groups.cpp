@@ -58,6 +58,10 @@ void check_total(const Groups& groups, const std::string& option, double total) 
         refuse(option, "must leave at least one observation more than there are groups");
 }
 
+bool is_smallest_allocation(const Groups& groups, double total) {
+    return total == 2.0 * groups.k();
+}
+
 void add_axes(CLI::App& command, Axes& axes, const std::vector<std::string>& choices) {
     axes.over = choices.front();
     command.add_option("--over", axes.over, "Axis of the curve, or the two axes of a surface")

@@ -35,6 +35,9 @@ void check_list(const Groups& groups, const std::string& option, const std::vect
 /// A total that leaves degrees of freedom for the error.
 void check_total(const Groups& groups, const std::string& option, double total);
 
+/// The total that a search answers with when it fails, which the library does not report.
+bool is_smallest_allocation(const Groups& groups, double total);
+
 /// The ends of an axis; 0 and 0 where the user leaves them to the library.
 template <class Number>
 struct Range {

@@ -87,7 +87,8 @@ void add_size(CLI::App& pairwise) {
             PowerReversePairwiseDiff(p->k(), p->means.data(), p->sizes.data(), p->i(), p->j(), sizes,
                                      p->method_code(), p->sd, p->target, p->alpha);
         const double power = p->power(sizes);
-        if (!(power >= p->target)) throw NoAnswer("no sample size reaches the power: do the means differ?");
+        if (is_smallest_allocation(*p, total) && power < p->target)
+            throw NoAnswer("no sample size reaches the power: do the means differ?");
         Report report = p->report();
         report.update({{"target_power", p->target},
                        {"alpha", p->alpha},
@@ -140,13 +141,13 @@ void add_half_width_size(CLI::App& pairwise) {
         std::vector<double> sizes;
         const double total = PowerReversebyHalfCIPairwiseDiff(
             p->k(), p->sizes.data(), p->i(), p->j(), sizes, p->method_code(), p->half_width, p->sd, p->alpha);
-        return Report{{"pair", p->groups},
-                      {"adjustment", p->method},
-                      {"target_half_width", p->half_width},
-                      {"confidence", 1 - p->alpha},
-                      {"group_sizes", sizes},
-                      {"total", total},
-                      {"half_width", p->half_width_at(sizes, total)}};
+        const double half_width = p->half_width_at(sizes, total);
+        if (is_smallest_allocation(*p, total) && half_width > p->half_width)
+            throw NoAnswer("no sample size reaches the half-width");
+        return Report{
+            {"pair", p->groups},          {"adjustment", p->method}, {"target_half_width", p->half_width},
+            {"confidence", 1 - p->alpha}, {"group_sizes", sizes},    {"total", total},
+            {"half_width", half_width}};
     });
     add_weights(*command, *p);
     add_pair(*command, *p);

@@ -518,7 +518,6 @@ TEST(ContrastInput, NaNAndInfinitiesAnywhereGiveSomeResultAndEnd) {
                         << value << ' ' << power;
                 for (double total : {d.size(&sizes), d.size_es(&sizes), d.size_half_width(&sizes)})
                     EXPECT_TRUE(OrvMV::IsMissing(total) || total >= 6) << value << ' ' << total;
-                EXPECT_NO_THROW(d.half_width_at(value));
             }
             for (std::vector<double> Design::*argument :
                  {&Design::means, &Design::sizes, &Design::coefficients}) {
@@ -531,6 +530,20 @@ TEST(ContrastInput, NaNAndInfinitiesAnywhereGiveSomeResultAndEnd) {
                 EXPECT_GE(d.size_half_width(&sizes), 6);
             }
         }
+}
+
+TEST(ContrastInput, ArraysAreNotReadWhenAnotherArgumentIsRefused) {
+    std::vector<double> sizes = {7};
+    EXPECT_MISSING(PowerSC(3, nullptr, nullptr, nullptr, 0, 1, 0));
+    EXPECT_MISSING(PowerSC(3, nullptr, nullptr, nullptr, 0, 1, 1));
+    EXPECT_MISSING(PowerSC(1, nullptr, nullptr, nullptr, 0, 1, 0.05));
+    EXPECT_MISSING(PowerSC(3, nullptr, nullptr, nullptr, 0, 0, 0.05));
+    EXPECT_MISSING(PowerSCwES(3, nullptr, nullptr, 0, 0.5, 1));
+    EXPECT_MISSING(PowerSCwES(1, nullptr, nullptr, 0, 0.5, 0.05));
+    EXPECT_MISSING(PowerReverseSC(3, nullptr, nullptr, nullptr, &sizes, 0, 1, 0.8, 1));
+    EXPECT_MISSING(PowerReverseSCwES(3, nullptr, nullptr, &sizes, 0, 0.5, 0.8, 1));
+    EXPECT_MISSING(PowerReversebyHalfCISCTest(3, nullptr, nullptr, &sizes, 0.5, 1, 1));
+    EXPECT_THAT(sizes, ElementsAre(7));
 }
 
 }  // namespace
