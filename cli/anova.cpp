@@ -159,9 +159,8 @@ Table curve_of(const Design& d) {
     return table_of(PlotESOverallTest(d.k(), type, sizes, es.low, es.high, d.alpha, step), effect, "power");
 }
 
-/// What the axes ask for: means where the standard deviation varies, else an effect for the sample sizes.
-/// Over sample size and effect size it may be left out with sample sizes of one's own, and is else of that
-/// kind.
+/// What the axes ask for: means where the standard deviation varies, an effect where only the sample size does.
+/// Where both sample size and effect vary, the current effect decides only which sample sizes are chosen.
 void check_effect(const Design& d) {
     const std::string& over = d.axes.over;
     if (over.ends_with("sd")) {

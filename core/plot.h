@@ -31,6 +31,7 @@ class Axis {
     bool empty() const { return size_ == 0; }
     std::size_t size() const { return size_; }
     double operator[](std::size_t i) const { return value_(static_cast<double>(i)); }
+    double back() const { return (*this)[size_ - 1]; }
 
   private:
     std::size_t size_ = 0;

@@ -44,6 +44,7 @@ TEST(Axis, MultiplesAreTheStartPlusWholeStepsWithoutAccumulatedRounding) {
 TEST(Axis, MultiplesToAnEndReplaceTheLastPointOnly) {
     ASSERT_NE(3 * 0.1, 0.3);
     EXPECT_THAT(points(multiples_to(4, 0, 0.1, 0.3)), ElementsAre(0, 0.1, 0.2, 0.3));
+    EXPECT_EQ(multiples_to(4, 0, 0.1, 0.3).back(), 0.3);
     EXPECT_THAT(points(multiples_to(1, 0, 0.1, 0.3)), ElementsAre(0.3));
 }
 
