@@ -6,5 +6,7 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
+void add_contrast(CLI::App& app);
+void add_pairwise(CLI::App& app);
 
 }  // namespace cli
