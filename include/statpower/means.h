@@ -20,7 +20,8 @@
 //
 // Failures. The missing value. Conditions are tested exactly as they are worded: "unless alpha > 0" refuses a
 // NaN, "when N <= 1" lets it through, and what is not mentioned is not checked. A probability that cannot be
-// computed counts as stated in core.h: 1 in the upper tail, 0 in the lower one.
+// computed counts as stated in core.h: 1 in the upper tail, 0 in the lower one. A two-sided power is not
+// clipped to 1; for an alpha that is no level the critical value is missing too, and the power then is 2.
 //
 // Sample-size searches look for the smallest real N from 2 upwards, to within 1e-9. They cannot be cancelled.
 // A target that no N below 2^1023 reaches gives the missing value.
@@ -43,7 +44,7 @@ extern "C" {
 STATPOWER_API double EffectSizeOneSample(double mean, double sd, double mean0);
 
 /// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality
-/// sqrt(N) es. Not clipped to 1.
+/// sqrt(N) es.
 /// @return the missing value when N <= 1; alpha is not checked
 STATPOWER_API double PowerOneSampleNondirectionalES(double N, double es, double alpha);
 
@@ -218,7 +219,7 @@ STATPOWER_API double HalfCIIndependentMeans(double N1, double sd1, double N2, do
 //
 // Powers are stored narrowed to single precision, coordinates in full. A point whose power is missing keeps
 // the missing value, which survives the narrowing: test y or z with OrvMV::IsMissing. (In the four functions
-// over a ratio a missing point is replaced, see there; only the first of a curve or of a row can be missing.)
+// over a ratio a missing point is replaced, see there.)
 //
 // directional   nonzero: one-sided powers, zero: two-sided ones
 // nLow, nHigh   range of the sample size, every whole number of it. There is no default range: nLow < 2 gives
@@ -283,8 +284,8 @@ STATPOWER_API XYPlot PlotMeanDiffIndepended(int directional, double N1, double m
 //
 // There are ceil(1 / stepFraction) steps, even in a range of zero width. A power outside [0, 1], a missing
 // one included, is replaced at every point but the first of a curve or of a row of a surface: by the value
-// stored for the point before, in the first row of a surface by the second coordinate of the point before
-// (narrowed like a power).
+// stored for the point before (so a missing first point is handed on), in the first row of a surface by the
+// second coordinate of the point before, narrowed like a power.
 
 /// Power over the ratio, of the pooled test for equal standard deviations, else of Welch's test.
 /// @return the curve; empty unless ratioLow <= ratioHigh, 1 / (Ntotal - 1) < ratioLow, 0 < alpha < 1,
