@@ -36,6 +36,7 @@ struct Question {
 
     int directional() const { return one_sided ? 1 : 0; }
     double step_fraction() const { return 1.0 / steps; }
+    const char* alternative() const { return one_sided ? "one-sided" : "two-sided"; }
 };
 
 CLI::Option* add_mean(CLI::App& command, const std::string& name, double& mean) {
@@ -78,15 +79,10 @@ void add_size_axis(CLI::App& command, Question& q) {
     command.add_option("--n-high", q.n_high, "Last sample size")->capture_default_str();
 }
 
-/// An option that only this axis needs.
+/// A value, never 0, that only some axes need.
 double needed(const std::string& option, double value, const Question& q) {
     if (value == 0) refuse(option, "is needed for a curve over " + q.over);
     return value;
-}
-
-double effect_needed(const Question& q) {
-    if (!q.es) refuse("--es", "or means are needed for a curve over " + q.over);
-    return *q.es;
 }
 
 // ---- One sample ------------------------------------------------------------------------------------------
@@ -103,6 +99,7 @@ struct OneSample : Question {
     void add_spreads(CLI::App& command) { add_spread(command, "--sd", sd)->required(); }
     void add_means(CLI::App& command) {
         add_mean(command, "--mean", mean)->required();
+        add_spreads(command);
         add_null_mean(command);
     }
     void add_effect(CLI::App& command) {
@@ -113,24 +110,26 @@ struct OneSample : Question {
         add_axes(command, *this, {"n", "es", "n-es"});
         add_size_axis(command, *this);
         add_count(command, "--n", n);
-        add_mean(command, "--mean", mean)->needs(add_spread(command, "--sd", sd));
+        auto* option = add_mean(command, "--mean", mean)->needs(add_spread(command, "--sd", sd));
         add_null_mean(command);
-        command.add_option("--es", es, "Standardised effect size");
+        command.add_option("--es", es, "Standardised effect size")->excludes(option);
     }
 
     Sizes sizes() const { return {n}; }
     void set_sizes(const Sizes& sizes) { n = sizes[0]; }
 
     double power() const {
-        if (es) return (one_sided ? PowerOneSampleDirectionalES : PowerOneSampleNondirectionalES)(n, *es, alpha);
+        if (es)
+            return (one_sided ? PowerOneSampleDirectionalES : PowerOneSampleNondirectionalES)(n, *es, alpha);
         const auto of_means = one_sided ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
         return of_means(n, mean, sd, null_mean, alpha);
     }
     Sizes search() const {
         if (es)
-            return {(one_sided ? PowerReverseOneSampleDirectionalES
-                               : PowerReverseOneSampleNondirectionalES)(target, *es, alpha)};
-        const auto of_means = one_sided ? PowerReverseOneSampleDirectional : PowerReverseOneSampleNondirectional;
+            return {(one_sided ? PowerReverseOneSampleDirectionalES : PowerReverseOneSampleNondirectionalES)(
+                target, *es, alpha)};
+        const auto of_means =
+            one_sided ? PowerReverseOneSampleDirectional : PowerReverseOneSampleNondirectional;
         return {of_means(target, mean, sd, null_mean, alpha)};
     }
     double effect() const { return EffectSizeOneSample(mean, sd, null_mean); }
@@ -144,12 +143,11 @@ struct OneSample : Question {
                             "es", "power");
         if (over == "n-es")
             return table_of(
-                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, step_fraction()), "es",
-                "n", "power");
-        if (sd > 0)
-            return table_of(PlotNOneSample(n_low, n_high, directional(), 0, mean, sd, null_mean, alpha), "n",
-                            "power");
-        return table_of(PlotNOneSampleFES(n_low, n_high, directional(), effect_needed(*this), alpha), "n",
+                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, step_fraction()),
+                "es", "n", "power");
+        if (es) return table_of(PlotNOneSampleFES(n_low, n_high, directional(), *es, alpha), "n", "power");
+        needed("--es or --mean", sd, *this);
+        return table_of(PlotNOneSample(n_low, n_high, directional(), 0, mean, sd, null_mean, alpha), "n",
                         "power");
     }
 
@@ -187,7 +185,7 @@ struct Paired : Question {
         add_count(command, "--n", n);
         auto* first = add_mean(command, "--mean1", mean1);
         for (auto* other : others(command)) first->needs(other);
-        command.add_option("--es", es, "Standardised effect size");
+        command.add_option("--es", es, "Standardised effect size")->excludes(first);
     }
 
     Sizes sizes() const { return {n}; }
@@ -195,19 +193,23 @@ struct Paired : Question {
 
     double power() const {
         if (es) return (one_sided ? PowerRelatedDirectionalES : PowerRelatedNondirectionalES)(n, *es, alpha);
+        check_correlation();
         const auto of_means = one_sided ? PowerRelatedDirectional : PowerRelatedNondirectional;
         return of_means(n, mean1, sd1, mean2, sd2, corr, alpha);
     }
     Sizes search() const {
         if (es)
-            return {(one_sided ? PowerReverseRelatedDirectionalES
-                               : PowerReverseRelatedNondirectionalES)(target, *es, alpha)};
+            return {(one_sided ? PowerReverseRelatedDirectionalES : PowerReverseRelatedNondirectionalES)(
+                target, *es, alpha)};
+        check_correlation();
         const auto of_means = one_sided ? PowerReverseRelatedDirectional : PowerReverseRelatedNondirectional;
         return {of_means(target, mean1, sd1, mean2, sd2, corr, alpha)};
     }
     double effect() const { return EffectSizeRelated(mean1, sd1, mean2, sd2, corr); }
     double width() const { return HalfCIRelatedMeans(n, sd1, sd2, corr, alpha); }
-    Sizes search_width() const { return {PowerReversebyHalfCIRelatedMeans(half_width, sd1, sd2, corr, alpha)}; }
+    Sizes search_width() const {
+        return {PowerReversebyHalfCIRelatedMeans(half_width, sd1, sd2, corr, alpha)};
+    }
 
     Table curve() const {
         if (over == "es")
@@ -218,15 +220,19 @@ struct Paired : Question {
             return table_of(
                 PlotNaESRelated(n_low, n_high, directional(), es_low, es_high, alpha, step_fraction()), "es",
                 "n", "power");
-        if (sd1 > 0)
-            return table_of(
-                PlotNRelated(n_low, n_high, directional(), 0, mean1, sd1, mean2, sd2, corr, alpha), "n",
-                "power");
-        return table_of(PlotNRelatedFES(n_low, n_high, directional(), effect_needed(*this), alpha), "n",
-                        "power");
+        if (es) return table_of(PlotNRelatedFES(n_low, n_high, directional(), *es, alpha), "n", "power");
+        needed("--es or --mean1", sd1, *this);
+        check_correlation();
+        return table_of(PlotNRelated(n_low, n_high, directional(), 0, mean1, sd1, mean2, sd2, corr, alpha),
+                        "n", "power");
     }
 
   private:
+    void check_correlation() const {
+        if (corr == 0) refuse("--corr", "must not be 0");
+        const bool perfect = std::abs(corr) == 1 && (sd1 == sd2 || (one_sided && corr == 1));
+        if (perfect) refuse("--corr", "must not be perfect for these standard deviations and this direction");
+    }
     std::vector<CLI::Option*> spreads(CLI::App& command) {
         return {add_spread(command, "--sd1", sd1), add_spread(command, "--sd2", sd2),
                 command.add_option("--corr", corr, "Correlation of the two measurements, not 0")
@@ -291,7 +297,7 @@ struct Independent : Question {
         command.add_option("--diff-step", diff_step, "Step of the differences")->check(kPositive);
         auto* first = add_mean(command, "--mean1", mean1);
         for (auto* other : others(command)) first->needs(other);
-        command.add_option("--es", es, "Standardised effect size");
+        command.add_option("--es", es, "Standardised effect size")->excludes(first);
     }
 
     Sizes sizes() const { return {n1, n2}; }
@@ -303,7 +309,7 @@ struct Independent : Question {
     double power() const {
         if (es)
             return (one_sided ? PowerIndependentDirectionalES : PowerIndependentNondirectionalES)(n1, n2, *es,
-                                                                                                 alpha);
+                                                                                                  alpha);
         const auto of_means = one_sided ? PowerIndependentDirectional : PowerIndependentNondirectional;
         return of_means(n1, mean1, sd1, n2, mean2, sd2, alpha);
     }
@@ -327,9 +333,10 @@ struct Independent : Question {
 
     Table curve() const {
         if (over == "es")
-            return table_of(PlotESIndepended(directional(), needed("--n1", n1, *this), needed("--n2", n2, *this),
-                                             es_low, es_high, alpha, step_fraction()),
-                            "es", "power");
+            return table_of(
+                PlotESIndepended(directional(), needed("--n1", n1, *this), needed("--n2", n2, *this), es_low,
+                                 es_high, alpha, step_fraction()),
+                "es", "power");
         if (over == "difference")
             return table_of(
                 PlotMeanDiffIndepended(directional(), needed("--n1", n1, *this), mean1, sd1_needed(),
@@ -338,25 +345,25 @@ struct Independent : Question {
                 "difference", "power");
         needed("--total", total, *this);
         if (over == "ratio-es")
-            return table_of(PlotRatioaESIndependent(directional(), total, ratio_low, ratio_high, es_low, es_high,
-                                                    alpha, step_fraction()),
+            return table_of(PlotRatioaESIndependent(directional(), total, ratio_low, ratio_high, es_low,
+                                                    es_high, alpha, step_fraction()),
                             "ratio", "es", "power");
         if (over == "ratio-difference")
-            return table_of(
-                PlotRatioaMeanDiffIndependent(directional(), total, mean1, sd1_needed(), mean2, sd2, ratio_low,
-                                              ratio_high, diff_low, diff_high, alpha, step_fraction()),
-                "ratio", "difference", "power");
-        if (sd1 > 0)
-            return table_of(PlotRatioIndependent(directional(), total, mean1, sd1, mean2, sd2, ratio_low,
-                                                 ratio_high, alpha, step_fraction()),
+            return table_of(PlotRatioaMeanDiffIndependent(directional(), total, mean1, sd1_needed(), mean2,
+                                                          sd2, ratio_low, ratio_high, diff_low, diff_high,
+                                                          alpha, step_fraction()),
+                            "ratio", "difference", "power");
+        if (es)
+            return table_of(PlotRatioIndependentFES(directional(), total, *es, ratio_low, ratio_high, alpha,
+                                                    step_fraction()),
                             "ratio", "power");
-        return table_of(PlotRatioIndependentFES(directional(), total, effect_needed(*this), ratio_low,
-                                                ratio_high, alpha, step_fraction()),
+        return table_of(PlotRatioIndependent(directional(), total, mean1, sd1_needed(), mean2, sd2, ratio_low,
+                                             ratio_high, alpha, step_fraction()),
                         "ratio", "power");
     }
 
   private:
-    double sd1_needed() const { return needed("--mean1", sd1, *this); }
+    double sd1_needed() const { return needed(over == "ratio" ? "--es or --mean1" : "--mean1", sd1, *this); }
     std::vector<CLI::Option*> others(CLI::App& command) {
         return {add_spread(command, "--sd1", sd1), add_mean(command, "--mean2", mean2),
                 add_spread(command, "--sd2", sd2)};
@@ -365,18 +372,18 @@ struct Independent : Question {
 
 // ---- The subcommands of each test ------------------------------------------------------------------------
 
-template <class Test>
-const char* alternative(const Test& t) {
-    return t.one_sided ? "one-sided" : "two-sided";
-}
-
 /// Whole sizes from those that a search has found.
 Sizes whole(Sizes found) {
     for (double& n : found) {
-        if (OrvMV::IsMissing(n)) throw NoAnswer("no sample size reaches the target");
+        if (OrvMV::IsMissing(n)) throw NoAnswer("no sample size reaches the target: is there an effect?");
         n = std::ceil(n);
     }
     return found;
+}
+
+/// One size as a number, two as a list.
+Report answer(const Sizes& sizes) {
+    return sizes.size() == 1 ? Report(sizes.front()) : Report(sizes);
 }
 
 template <class Test>
@@ -386,10 +393,9 @@ double power_of(const Test& t) {
     return power;
 }
 
-template <class Test>
-void add_direction(CLI::App& command, Test& t) {
-    command.add_flag("--one-sided", t.one_sided, "One-sided test; two-sided unless given");
-    add_alpha(command, t.alpha);
+void add_direction(CLI::App& command, Question& q) {
+    command.add_flag("--one-sided", q.one_sided, "One-sided test; two-sided unless given");
+    add_alpha(command, q.alpha);
 }
 
 template <class Test>
@@ -397,8 +403,8 @@ void add_power(CLI::App& test) {
     auto t = std::make_shared<Test>();
     auto* command = add_command(test, "power", "Power of a design", [t] {
         return Report{{"test", Test::kTest},
-                      {"alternative", alternative(*t)},
-                      {"sample_size", t->sizes()},
+                      {"alternative", t->alternative()},
+                      {"sample_size", answer(t->sizes())},
                       {"alpha", t->alpha},
                       {"power", power_of(*t)}};
     });
@@ -411,15 +417,9 @@ template <class Test>
 void add_size(CLI::App& test) {
     auto t = std::make_shared<Test>();
     auto* command = add_command(test, "size", "Sample size that reaches a power", [t] {
-        t->set_sizes({4, 4});  // any that the test exists for
-        power_of(*t);
         t->set_sizes(whole(t->search()));
-        return Report{{"test", Test::kTest},
-                      {"alternative", alternative(*t)},
-                      {"target_power", t->target},
-                      {"alpha", t->alpha},
-                      {"sample_size", t->sizes()},
-                      {"power", power_of(*t)}};
+        return Report{{"test", Test::kTest}, {"alternative", t->alternative()},   {"target_power", t->target},
+                      {"alpha", t->alpha},   {"sample_size", answer(t->sizes())}, {"power", power_of(*t)}};
     });
     t->add_allocation(*command);
     t->add_effect(*command);
@@ -430,8 +430,9 @@ void add_size(CLI::App& test) {
 template <class Test>
 void add_effect(CLI::App& test) {
     auto t = std::make_shared<Test>();
-    auto* command = add_command(test, "effect", "Standardised effect size",
-                                [t] { return Report{{"effect", t->effect()}}; });
+    auto* command = add_command(test, "effect", "Standardised effect size", [t] {
+        return Report{{"effect", t->effect()}};
+    });
     t->add_means(*command);
 }
 
@@ -439,7 +440,8 @@ template <class Test>
 void add_half_width(CLI::App& test) {
     auto t = std::make_shared<Test>();
     auto* command = add_command(test, "halfwidth", "Half-width of the confidence interval", [t] {
-        return Report{{"sample_size", t->sizes()}, {"confidence", 1 - t->alpha}, {"half_width", t->width()}};
+        return Report{
+            {"sample_size", answer(t->sizes())}, {"confidence", 1 - t->alpha}, {"half_width", t->width()}};
     });
     t->add_sizes(*command);
     t->add_spreads(*command);
@@ -453,7 +455,7 @@ void add_half_width_size(CLI::App& test) {
         t->set_sizes(whole(t->search_width()));
         return Report{{"target_half_width", t->half_width},
                       {"confidence", 1 - t->alpha},
-                      {"sample_size", t->sizes()},
+                      {"sample_size", answer(t->sizes())},
                       {"half_width", t->width()}};
     });
     command->add_option("--halfwidth", t->half_width, "Half-width to reach")->required()->check(kPositive);
