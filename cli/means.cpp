@@ -28,8 +28,6 @@ struct Question {
 
     // The axes of a curve. An effect size from -5 and a ratio from 0 leave the range to the library.
     std::string over;
-    int n_low = 2;
-    int n_high = 100;
     double es_low = -5;
     double es_high = 1;
     int steps = 20;
@@ -74,28 +72,40 @@ void add_axes(CLI::App& command, Question& q, const std::vector<std::string>& ax
         ->capture_default_str();
 }
 
-void add_size_axis(CLI::App& command, Question& q) {
-    command.add_option("--n-low", q.n_low, "First sample size")->check(at_least(2))->capture_default_str();
-    command.add_option("--n-high", q.n_high, "Last sample size")->capture_default_str();
-}
-
 /// A value, never 0, that only some axes need.
 double needed(const std::string& option, double value, const Question& q) {
     if (value == 0) refuse(option, "is needed for a curve over " + q.over);
     return value;
 }
 
+/// A test with one sample size.
+struct OneSize : Question {
+    double n = 0;
+    int n_low = 2;
+    int n_high = 100;
+
+    void add_sizes(CLI::App& command) { add_count(command, "--n", n)->required(); }
+    void add_allocation(CLI::App&) {}
+    Sizes sizes() const { return {n}; }
+    void set_sizes(const Sizes& sizes) { n = sizes[0]; }
+
+  protected:
+    void add_size_axes(CLI::App& command) {
+        add_axes(command, *this, {"n", "es", "n-es"});
+        command.add_option("--n-low", n_low, "First sample size")->check(at_least(2))->capture_default_str();
+        command.add_option("--n-high", n_high, "Last sample size")->capture_default_str();
+        add_count(command, "--n", n);
+    }
+};
+
 // ---- One sample ------------------------------------------------------------------------------------------
 
-struct OneSample : Question {
+struct OneSample : OneSize {
     static constexpr const char* kTest = "one-sample t test";
-    double n = 0;
     double mean = 0;
     double sd = 0;
     double null_mean = 0;
 
-    void add_sizes(CLI::App& command) { add_count(command, "--n", n)->required(); }
-    void add_allocation(CLI::App&) {}
     void add_spreads(CLI::App& command) { add_spread(command, "--sd", sd)->required(); }
     void add_means(CLI::App& command) {
         add_mean(command, "--mean", mean)->required();
@@ -107,16 +117,11 @@ struct OneSample : Question {
         add_null_mean(command);
     }
     void add_curve(CLI::App& command) {
-        add_axes(command, *this, {"n", "es", "n-es"});
-        add_size_axis(command, *this);
-        add_count(command, "--n", n);
+        add_size_axes(command);
         auto* option = add_mean(command, "--mean", mean)->needs(add_spread(command, "--sd", sd));
         add_null_mean(command);
         command.add_option("--es", es, "Standardised effect size")->excludes(option);
     }
-
-    Sizes sizes() const { return {n}; }
-    void set_sizes(const Sizes& sizes) { n = sizes[0]; }
 
     double power() const {
         if (es)
@@ -159,17 +164,14 @@ struct OneSample : Question {
 
 // ---- Related samples -------------------------------------------------------------------------------------
 
-struct Paired : Question {
+struct Paired : OneSize {
     static constexpr const char* kTest = "related-samples t test";
-    double n = 0;
     double mean1 = 0;
     double sd1 = 0;
     double mean2 = 0;
     double sd2 = 0;
     double corr = 0;
 
-    void add_sizes(CLI::App& command) { add_count(command, "--n", n)->required(); }
-    void add_allocation(CLI::App&) {}
     void add_spreads(CLI::App& command) {
         for (auto* option : spreads(command)) option->required();
     }
@@ -180,16 +182,11 @@ struct Paired : Question {
     }
     void add_effect(CLI::App& command) { choose_effect(command, *this, "--mean1", mean1, others(command)); }
     void add_curve(CLI::App& command) {
-        add_axes(command, *this, {"n", "es", "n-es"});
-        add_size_axis(command, *this);
-        add_count(command, "--n", n);
+        add_size_axes(command);
         auto* first = add_mean(command, "--mean1", mean1);
         for (auto* other : others(command)) first->needs(other);
         command.add_option("--es", es, "Standardised effect size")->excludes(first);
     }
-
-    Sizes sizes() const { return {n}; }
-    void set_sizes(const Sizes& sizes) { n = sizes[0]; }
 
     double power() const {
         if (es) return (one_sided ? PowerRelatedDirectionalES : PowerRelatedNondirectionalES)(n, *es, alpha);

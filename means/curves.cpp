@@ -116,20 +116,18 @@ bool is_implausible(double power) {
 
 /// A point, the first apart, that is no probability (a missing one, where a ratio leaves a group with less
 /// than two observations) takes the value of the point before it.
-XYPlot with_plausible_powers(XYPlot plot) {
+void replace_implausible(XYPlot& plot) {
     for (int i = 1; i < plot.count; ++i)
         if (is_implausible(plot.y[i])) plot.y[i] = plot.y[i - 1];
-    return plot;
 }
 
 /// The same within each row of a surface; only in the first row the replacement is the coordinate of the
 /// point before.
-XYZPlot with_plausible_powers(XYZPlot plot) {
+void replace_implausible(XYZPlot& plot) {
     double* row = plot.z;
     for (int i = 0; i < plot.nx; ++i, row += plot.ny)
         for (int j = 1; j < plot.ny; ++j)
             if (is_implausible(row[j])) row[j] = i == 0 ? to_single(plot.y[j - 1]) : row[j - 1];
-    return plot;
 }
 
 }  // namespace
@@ -197,10 +195,12 @@ XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double
     const auto pooled = pooled_power(directional);
     const auto welch = welch_power(directional);
     const double diff = mean1 - mean2;
-    return with_plausible_powers(curve(parts(ratio, stepFraction), [&](double r) {
+    auto plot = curve(parts(ratio, stepFraction), [&](double r) {
         return to_single(sd1 == sd2 ? pooled_power_at_ratio(pooled, Ntotal, r, diff / sd1, alpha)
                                     : welch(Ntotal, r, diff, sd1, sd2, alpha));
-    }));
+    });
+    replace_implausible(plot);
+    return plot;
 }
 
 XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double ratioLow, double ratioHigh,
@@ -210,9 +210,11 @@ XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double
         ratio.high >= Ntotal - 1)
         return {};
     const auto power = pooled_power(directional);
-    return with_plausible_powers(curve(parts(ratio, stepFraction), [&](double r) {
+    auto plot = curve(parts(ratio, stepFraction), [&](double r) {
         return to_single(pooled_power_at_ratio(power, Ntotal, r, es, alpha));
-    }));
+    });
+    replace_implausible(plot);
+    return plot;
 }
 
 XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, double esHigh, double alpha,
@@ -241,10 +243,11 @@ XYZPlot PlotRatioaESIndependent(int directional, double Ntotal, double ratioLow,
     const Interval es = effect_size_range(directional, esLow, esHigh);
     if (effect_sizes_refused(directional, es, alpha) || ratio.low >= ratio.high || Ntotal <= 1) return {};
     const auto power = pooled_power(directional);
-    return with_plausible_powers(
-        surface(parts(ratio, stepFraction), parts(es, stepFraction), [&](double r, double effect) {
-            return to_single(pooled_power_at_ratio(power, Ntotal, r, effect, alpha));
-        }));
+    auto plot = surface(parts(ratio, stepFraction), parts(es, stepFraction), [&](double r, double effect) {
+        return to_single(pooled_power_at_ratio(power, Ntotal, r, effect, alpha));
+    });
+    replace_implausible(plot);
+    return plot;
 }
 
 XYZPlot PlotRatioaMeanDiffIndependent(int directional, double Ntotal, double mean1, double sd1, double mean2,
@@ -256,8 +259,10 @@ XYZPlot PlotRatioaMeanDiffIndependent(int directional, double Ntotal, double mea
           diff.low <= diff.high))
         return {};
     const auto power = welch_power(directional);
-    return with_plausible_powers(
+    auto plot =
         surface(parts(ratio, stepFraction), parts(diff, 2 * stepFraction), [&](double r, double difference) {
             return to_single(power(Ntotal, r, difference, sd1, sd2, alpha));
-        }));
+        });
+    replace_implausible(plot);
+    return plot;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "core/design.h"
 #include "core/sums.h"
@@ -38,19 +39,53 @@ double pooled_df(double N1, double N2) {
     return N1 + N2 - 2;
 }
 
-/// Degrees of freedom of the test: pooled for equal standard deviations, else Welch's.
+/// Pooled for equal standard deviations, else Welch's.
 double degrees_of_freedom(double N1, double sd1, double N2, double sd2) {
     return sd1 == sd2 ? pooled_df(N1, N2) : welch_df(N1, sd1, N2, sd2);
 }
 
-/// Noncentrality of a standardised difference: es sqrt(N1 N2 / (N1 + N2)).
-double pooled_noncentrality(double N1, double N2, double es) {
-    return es / std::sqrt(1 / N1 + 1 / N2);
+/// The test of a difference: what its power depends on besides alpha.
+struct Test {
+    double df;
+    double noncentrality;
+};
+
+/// Noncentrality es sqrt(N1 N2 / (N1 + N2)).
+Test pooled_test(double N1, double N2, double es) {
+    return {pooled_df(N1, N2), es / std::sqrt(1 / N1 + 1 / N2)};
 }
 
-double noncentrality(double N1, double mean1, double sd1, double N2, double mean2, double sd2) {
-    return sd1 == sd2 ? pooled_noncentrality(N1, N2, (mean1 - mean2) / sd1)
-                      : (mean1 - mean2) / standard_error(N1, sd1, N2, sd2);
+Test welch_test(double N1, double sd1, double N2, double sd2, double diff) {
+    return {welch_df(N1, sd1, N2, sd2), diff / standard_error(N1, sd1, N2, sd2)};
+}
+
+/// The test for means and standard deviations; none where they are refused.
+std::optional<Test> test_of_means(double N1, double mean1, double sd1, double N2, double mean2, double sd2,
+                                  double alpha) {
+    if (!(alpha > 0 && sd1 > 0 && N1 > 1 && N2 > 1 && sd2 > 0 && alpha < 1)) return std::nullopt;
+    const double diff = mean1 - mean2;
+    return sd1 == sd2 ? pooled_test(N1, N2, diff / sd1) : welch_test(N1, sd1, N2, sd2, diff);
+}
+
+/// Welch's test for a total size and an allocation ratio; none where they are refused.
+std::optional<Test> test_at_ratio(double Ntotal, double ratio, double diff, double sd1, double sd2,
+                                  double alpha) {
+    if (alpha <= 0 || alpha >= 1 || sd2 <= 0 || sd1 <= 0 || ratio <= 0) return std::nullopt;
+    const double N1 = Ntotal / (1 + ratio);
+    const double N2 = ratio * N1;
+    if (N1 <= 1 || N2 <= 1) return std::nullopt;
+    return welch_test(N1, sd1, N2, sd2, diff);
+}
+
+double two_sided_power(double alpha, std::optional<Test> test) {
+    if (!test) return OrvMV::Missing();
+    return t_test_power_two_sided(alpha, test->df, test->noncentrality);
+}
+
+/// The true difference is taken to lie on the side of the alternative.
+double one_sided_power(double alpha, std::optional<Test> test) {
+    if (!test) return OrvMV::Missing();
+    return t_test_power_one_sided(alpha, test->df, std::abs(test->noncentrality));
 }
 
 using PowerOfMeans = double (*)(double N1, double mean1, double sd1, double N2, double mean2, double sd2,
@@ -93,21 +128,12 @@ namespace POWER_NAMESPACE {
 
 double _PowerIndependentNondirectional(double Ntotal, double ratio, double diff, double sd1, double sd2,
                                        double alpha) {
-    if (alpha <= 0 || alpha >= 1 || sd2 <= 0 || sd1 <= 0 || ratio <= 0) return OrvMV::Missing();
-    const double N1 = Ntotal / (1 + ratio);
-    const double N2 = ratio * N1;
-    if (N1 <= 1 || N2 <= 1) return OrvMV::Missing();
-    return t_test_power_two_sided(alpha, welch_df(N1, sd1, N2, sd2), diff / standard_error(N1, sd1, N2, sd2));
+    return two_sided_power(alpha, test_at_ratio(Ntotal, ratio, diff, sd1, sd2, alpha));
 }
 
 double _PowerIndependentDirectional(double Ntotal, double ratio, double diff, double sd1, double sd2,
                                     double alpha) {
-    if (alpha <= 0 || alpha >= 1 || sd2 <= 0 || sd1 <= 0 || ratio <= 0) return OrvMV::Missing();
-    const double N1 = Ntotal / (1 + ratio);
-    const double N2 = ratio * N1;
-    if (N1 <= 1 || N2 <= 1) return OrvMV::Missing();
-    return t_test_power_one_sided(alpha, welch_df(N1, sd1, N2, sd2),
-                                  std::abs(diff) / standard_error(N1, sd1, N2, sd2));
+    return one_sided_power(alpha, test_at_ratio(Ntotal, ratio, diff, sd1, sd2, alpha));
 }
 
 double PowerIndependentNondirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
@@ -146,28 +172,24 @@ double EffectSizeIndependent(double mean1, double mean2, double sd) {
 
 double PowerIndependentNondirectional(double N1, double mean1, double sd1, double N2, double mean2,
                                       double sd2, double alpha) {
-    if (!(alpha > 0 && sd1 > 0 && N1 > 1 && N2 > 1 && sd2 > 0 && alpha < 1)) return OrvMV::Missing();
-    return t_test_power_two_sided(alpha, degrees_of_freedom(N1, sd1, N2, sd2),
-                                  noncentrality(N1, mean1, sd1, N2, mean2, sd2));
+    return two_sided_power(alpha, test_of_means(N1, mean1, sd1, N2, mean2, sd2, alpha));
 }
 
 double PowerIndependentDirectional(double N1, double mean1, double sd1, double N2, double mean2, double sd2,
                                    double alpha) {
-    if (!(alpha > 0 && sd1 > 0 && N1 > 1 && N2 > 1 && sd2 > 0 && alpha < 1)) return OrvMV::Missing();
-    return t_test_power_one_sided(alpha, degrees_of_freedom(N1, sd1, N2, sd2),
-                                  std::abs(noncentrality(N1, mean1, sd1, N2, mean2, sd2)));
+    return one_sided_power(alpha, test_of_means(N1, mean1, sd1, N2, mean2, sd2, alpha));
 }
 
 double PowerIndependentNondirectionalES(double N1, double N2, double es, double alpha) {
     if (N1 <= 1) return OrvMV::Missing();
     const double ratio = N2 / N1;
     if (ratio <= 0 || alpha <= 0 || ratio * N1 <= 1 || alpha >= 1) return OrvMV::Missing();
-    return t_test_power_two_sided(alpha, pooled_df(N1, N2), pooled_noncentrality(N1, N2, es));
+    return two_sided_power(alpha, pooled_test(N1, N2, es));
 }
 
 double PowerIndependentDirectionalES(double N1, double N2, double es, double alpha) {
     if (!(alpha > 0 && N1 > 1 && N2 > 1 && alpha < 1)) return OrvMV::Missing();
-    return t_test_power_one_sided(alpha, pooled_df(N1, N2), pooled_noncentrality(N1, N2, std::abs(es)));
+    return one_sided_power(alpha, pooled_test(N1, N2, es));
 }
 
 void PowerReverseIndependentNondirectional(double power, double ratio, double mean1, double sd1, double mean2,
