@@ -93,23 +93,12 @@ using PowerOfMeans = double (*)(double N1, double mean1, double sd1, double N2, 
 using PowerOfEffectSize = double (*)(double N1, double N2, double es, double alpha);
 
 double above_target(PowerOfMeans power, double N, const std::vector<double>& design) {
-    DesignReader d(design);
-    const double target = d.number();
-    const double ratio = d.number();
-    const double mean1 = d.number();
-    const double sd1 = d.number();
-    const double mean2 = d.number();
-    const double sd2 = d.number();
-    const double alpha = d.number();
+    const auto [target, ratio, mean1, sd1, mean2, sd2, alpha] = DesignReader(design).numbers<7>();
     return power(N, mean1, sd1, ratio * N, mean2, sd2, alpha) - target;
 }
 
 double above_target(PowerOfEffectSize power, double N, const std::vector<double>& design) {
-    DesignReader d(design);
-    const double target = d.number();
-    const double ratio = d.number();
-    const double es = d.number();
-    const double alpha = d.number();
+    const auto [target, ratio, es, alpha] = DesignReader(design).numbers<4>();
     return power(N, ratio * N, es, alpha) - target;
 }
 
@@ -153,12 +142,7 @@ double IndependentDirectionalESFunc(double N, std::vector<double> design, OrvQue
 }
 
 double _SampleSizebyHalfWidthCIIndependentFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double half_width = d.number();
-    const double ratio = d.number();
-    const double sd1 = d.number();
-    const double sd2 = d.number();
-    const double alpha = d.number();
+    const auto [half_width, ratio, sd1, sd2, alpha] = DesignReader(design).numbers<5>();
     const double t = t_critical(alpha / 2, degrees_of_freedom(N, sd1, ratio * N, sd2));
     return sd1 == sd2 ? square(half_width) / square(sd1) * N - square(t) * (1 + 1 / ratio)
                       : square(half_width) * N - square(t) * (square(sd2) / ratio + square(sd1));

@@ -25,10 +25,7 @@ double DirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
 }
 
 double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double half_width = d.number();
-    const double sd = d.number();
-    const double alpha = d.number();
+    const auto [half_width, sd, alpha] = DesignReader(design).numbers<3>();
     return N * (square(half_width) / square(sd)) - square(t_critical(alpha / 2, N - 1));
 }
 

@@ -39,12 +39,7 @@ double RelatedDirectionalFunc(double N, std::vector<double> design, OrvQueryCanc
 }
 
 double _SampleSizebyHalfWidthCIRelatedFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double half_width = d.number();
-    const double sd1 = d.number();
-    const double sd2 = d.number();
-    const double corr = d.number();
-    const double alpha = d.number();
+    const auto [half_width, sd1, sd2, corr, alpha] = DesignReader(design).numbers<5>();
     return N * square(half_width) / variance_of_differences(sd1, sd2, corr) -
            square(t_critical(alpha / 2, N - 1));
 }

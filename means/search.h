@@ -17,10 +17,7 @@ inline double search_size(const std::vector<double>& design, POWER_NAMESPACE::Ob
 /// Design: target power, es, alpha.
 inline double power_above_target(double (*power)(double N, double es, double alpha), double N,
                                  const std::vector<double>& design) {
-    DesignReader d(design);
-    const double target = d.number();
-    const double es = d.number();
-    const double alpha = d.number();
+    const auto [target, es, alpha] = DesignReader(design).numbers<3>();
     return power(N, es, alpha) - target;
 }
 
