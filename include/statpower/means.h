@@ -21,7 +21,8 @@
 // Failures. The missing value. Conditions are tested exactly as they are worded: "unless alpha > 0" refuses a
 // NaN, "when N <= 1" lets it through, and what is not mentioned is not checked. A probability that cannot be
 // computed counts as stated in core.h: 1 in the upper tail, 0 in the lower one. A two-sided power is not
-// clipped to 1; for an alpha that is no level the critical value is missing too, and the power then is 2.
+// clipped to 1: for an alpha outside [0, 2], where it is let through, the critical value is missing, the most
+// negative of numbers, and both tails are whole.
 //
 // Sample-size searches look for the smallest real N from 2 upwards, to within 1e-9. They cannot be cancelled.
 // A target that no N below 2^1023 reaches gives the missing value.
@@ -206,7 +207,9 @@ STATPOWER_API void PowerReverseIndependentDirectional(double power, double ratio
 STATPOWER_API void PowerReverseIndependentDirectionalES(double power, double ratio, double es, double alpha,
                                                         std::vector<double>& sizes);
 
-/// Group sizes whose interval of the mean difference is no wider than the target.
+/// Group sizes whose interval of the mean difference is no wider than the target. For different standard
+/// deviations the search compares squares in the units of the data, and 1e-14 counts as equal: half-widths
+/// below about 1e-6 want a smaller unit.
 /// @param[in,out] sizes  need not be empty
 STATPOWER_API void PowerReversebyHalfCIIndependentMeans(double halfWidth, double ratio, double sd1,
                                                         double sd2, double alpha, std::vector<double>& sizes);
