@@ -3,6 +3,7 @@
 
 #include <array>
 #include <concepts>
+#include <limits>
 #include <span>
 #include <vector>
 
