@@ -23,7 +23,8 @@ double series(const BetaPoint& p) {
         const double ratio = n * p.x / d;
         term *= ratio;
         sum += term;
-        if (ratio < 1 && term * ratio < 1e-17 * sum * (1 - ratio)) break;
+        const double bound = std::max(ratio, p.x);  // of all further ratios
+        if (bound < 1 && term * bound < 1e-17 * sum * (1 - bound)) break;
     }
     return sum;
 }

@@ -84,9 +84,10 @@ class Terms {
         }
     }
 
-    /// The larger ratio of the last step up; the first mixture has the larger weight ratio.
+    /// Bounds of all ratios after a step up. Those of the weights fall, the first mixture's are the largest;
+    /// those of the differences tend to x from either side.
     double ratio_w() const { return ratio_w_[0]; }
-    double ratio_g() const { return *std::max_element(ratio_g_.begin(), ratio_g_.end()); }
+    double ratio_g() const { return std::max(x_, *std::max_element(ratio_g_.begin(), ratio_g_.end())); }
 
     /// Ratio of the next step down in the weights; the last mixture has the larger.
     double ratio_down() const { return j_[K - 1] * inverse_h_; }

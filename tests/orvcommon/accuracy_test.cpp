@@ -30,7 +30,7 @@ TEST_P(Accuracy, IsKeptInEveryRegion) {
     for (const auto& [region, errors] : errors_by_region(operation(promise.operation))) {
         SCOPED_TRACE(region + ", " + errors.worst);
         EXPECT_LE(errors.absolute, promise.absolute);
-        const bool absolute_only = region.ends_with("otherwise");
+        const bool absolute_only = region.ends_with("otherwise") || region == "tiny";
         EXPECT_LE(absolute_only ? 0 : errors.relative, promise.relative);
     }
 }
