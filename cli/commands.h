@@ -8,5 +8,6 @@ namespace cli {
 void add_anova(CLI::App& app);
 void add_contrast(CLI::App& app);
 void add_pairwise(CLI::App& app);
+void add_means(CLI::App& app);
 
 }  // namespace cli

@@ -15,6 +15,7 @@ int run(int argc, char** argv) {
     cli::add_anova(app);
     cli::add_contrast(app);
     cli::add_pairwise(app);
+    cli::add_means(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {

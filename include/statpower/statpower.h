@@ -3,3 +3,4 @@
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "statpower/means.h"
