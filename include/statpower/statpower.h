@@ -3,5 +3,6 @@
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "statpower/means.h"
 #include "statpower/one_sample_binomial.h"
 #include "statpower/related_binomial.h"

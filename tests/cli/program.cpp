@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -25,6 +27,14 @@ Output statpower(const std::string& arguments) {
 
 Output interrupted_statpower(const std::string& arguments) {
     return run("timeout --preserve-status --signal=INT --kill-after=60 2 " STATPOWER_PROGRAM " " + arguments);
+}
+
+void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals) {
+    for (const Refusal& refusal : refusals) {
+        const auto run = statpower(command + " " + refusal.arguments);
+        EXPECT_EQ(run.status, 2) << refusal.arguments;
+        EXPECT_THAT(run.text, testing::StartsWith("statpower: " + refusal.option)) << refusal.arguments;
+    }
 }
 
 }  // namespace testing_support

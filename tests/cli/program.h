@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 namespace testing_support {
 
@@ -16,6 +17,15 @@ struct Output {
 
 /// Runs `statpower ARGUMENTS`.
 Output statpower(const std::string& arguments);
+
+/// Arguments that are wrong, and the option that the error must name.
+struct Refusal {
+    std::string arguments;
+    std::string option;
+};
+
+/// Expects that `statpower COMMAND ARGUMENTS` ends with the status of a wrong argument and names the option.
+void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals);
 
 /// Runs `statpower ARGUMENTS` and sends it the signal of Ctrl-C when it has not ended after two seconds.
 Output interrupted_statpower(const std::string& arguments);

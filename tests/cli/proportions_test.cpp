@@ -10,6 +10,7 @@
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using testing_support::expect_refusals;
 using testing_support::statpower;
 
 namespace {
@@ -101,34 +102,28 @@ TEST(PropPairedCommand, CurvesHaveTheirAxes) {
 }
 
 TEST(PropCommands, NameTheArgumentThatIsOutOfRange) {
-    const struct {
-        const char* arguments;
-        const char* option;
-    } cases[] = {
-        {"prop-one power --n 0 --p1 0.5 --p0 0.4", "--n"},
-        {"prop-one power --n 10 --p1 1.5 --p0 0.4", "--p1"},
-        {"prop-one power --n 10 --p1 0.5 --p0 nan", "--p0"},
-        {"prop-one power --n 10 --p1 0.5 --p0 0.4 --alpha 0", "--alpha"},
-        {"prop-one size --p1 0.5 --p0 0.4 --power 1", "--power"},
-        {"prop-one size --p1 0.5 --p0 0.5", "--p1"},
-        {"prop-one size --p1 0.5 --p0 0.500000000000001", "--p1"},
-        {"prop-one halfwidth --n 10 --p 0.5 --method other", "--method"},
-        {"prop-one halfwidth-size --p 0.5 --halfwidth 0", "--halfwidth"},
-        {"prop-one curve --over other", "--over"},
-        {"prop-paired power --n 1 --p1 0.2 --p2 0.1", "--n"},
-        {"prop-paired power --n 10 --p1 0.8 --p2 0.3", "--p2"},
-        {"prop-paired power --n 10 --p1 0.8", "--p1"},
-        {"prop-paired power --n 10 --margins 0.8", "--margins"},
-        {"prop-paired power --n 10 --margins 0.8,1", "--margins"},
-        {"prop-paired power --n 10 --margins 0.8,0.7 --rho 1.5", "--rho"},
-        {"prop-paired curve --p1 0.2 --p2 0.1 --over correlation", "--margins"},
-        {"prop-paired curve --margins 0.2,0.1 --over n", "--margins"},
-    };
-    for (const auto& c : cases) {
-        const auto run = statpower(c.arguments);
-        EXPECT_EQ(run.status, 2) << c.arguments;
-        EXPECT_THAT(run.text, StartsWith(std::string("statpower: ") + c.option)) << c.arguments;
-    }
+    expect_refusals("prop-one", {
+                                    {"power --n 0 --p1 0.5 --p0 0.4", "--n"},
+                                    {"power --n 10 --p1 1.5 --p0 0.4", "--p1"},
+                                    {"power --n 10 --p1 0.5 --p0 nan", "--p0"},
+                                    {"power --n 10 --p1 0.5 --p0 0.4 --alpha 0", "--alpha"},
+                                    {"size --p1 0.5 --p0 0.4 --power 1", "--power"},
+                                    {"size --p1 0.5 --p0 0.5", "--p1"},
+                                    {"size --p1 0.5 --p0 0.500000000000001", "--p1"},
+                                    {"halfwidth --n 10 --p 0.5 --method other", "--method"},
+                                    {"halfwidth-size --p 0.5 --halfwidth 0", "--halfwidth"},
+                                    {"curve --over other", "--over"},
+                                });
+    expect_refusals("prop-paired", {
+                                       {"power --n 1 --p1 0.2 --p2 0.1", "--n"},
+                                       {"power --n 10 --p1 0.8 --p2 0.3", "--p2"},
+                                       {"power --n 10 --p1 0.8", "--p1"},
+                                       {"power --n 10 --margins 0.8", "--margins"},
+                                       {"power --n 10 --margins 0.8,1", "--margins"},
+                                       {"power --n 10 --margins 0.8,0.7 --rho 1.5", "--rho"},
+                                       {"curve --p1 0.2 --p2 0.1 --over correlation", "--margins"},
+                                       {"curve --margins 0.2,0.1 --over n", "--margins"},
+                                   });
 }
 
 TEST(PropCommands, ADesignWithoutAnswerSaysSo) {
