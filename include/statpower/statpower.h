@@ -3,3 +3,5 @@
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "statpower/correlation.h"
+#include "statpower/regression.h"
