@@ -97,12 +97,13 @@ double binomial_probability(double x, double n, double p) {
     if (x < 0 || x > n) return 0;
     if (p <= 0) return x == 0;
     if (p >= 1) return x == n;
-    if (x == 0) return std::exp(n * std::log1p(-p));
-    if (x == n) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
+    const double rest = n - x;
+    if (x < kTinyParameter) return std::exp(n * std::log1p(-p));
+    if (rest < kTinyParameter) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
     // C(n, x) p^x q^(n-x) is the prefix of the beta function at p with parameters x and n - x, times n / (n -
     // x).
-    const double rest = n - x;
-    return beta_prefix({x, rest, p, 1 - p, std::fma(n, p, -x)}) * (n / rest);
+    const TwoDoubles mean = two_product(n, p);
+    return std::min(1.0, beta_prefix({x, rest, p, 1 - p, (mean.high - x) + mean.low}) * (n / rest));
 }
 
 double binomial_cdf(double x, double n, double p) {
@@ -142,8 +143,10 @@ double binomial_quantile(double prob, double n, double p) {
 double negative_binomial_probability(double k, double r, double p) {
     if (k < 0 || p <= 0) return 0;
     if (p >= 1) return k == 0;
-    if (k == 0) return std::exp(r * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
-    return beta_prefix({k, r, 1 - p, p, std::fma(-(k + r), p, r)});
+    if (k < kTinyParameter) return std::exp(r * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
+    if (k + r > kHugeParameter) return 0;  // no larger than 1e-30
+    const TwoDoubles mean = two_product(k + r, p);
+    return std::min(1.0, beta_prefix({k, r, 1 - p, p, (r - mean.high) - mean.low}));
 }
 
 }  // namespace orvmath

@@ -68,6 +68,7 @@ double wichura_quantile(double q, double tail) {
 }  // namespace
 
 double normal_cdf(double x) {
+    if (x < -39) return 0;
     const double y = -x / std::numbers::sqrt2, v = 0.5 * std::erfc(y);
     if (x > -5) return v;
     // Far out the rounding of y is magnified: correct for it to first order, erfc'(y) / erfc(y) ~ -(2y +
@@ -94,16 +95,7 @@ double log_gamma(double x) {
     return lgamma_r(x, &sign);
 }
 
-double stirling_error(double x) {
-    if (x >= 16) {
-        const double w = 1 / x, q = w * w;
-        if (x > 1000) return w * (1.0 / 12 - q * (1.0 / 360));
-        return w * (1.0 / 12 -
-                    q * (1.0 / 360 -
-                         q * (1.0 / 1260 - q * (1.0 / 1680 - q * (1.0 / 1188 - q * (691.0 / 360360))))));
-    }
-    // log Gamma(1 + x) is accurate near its zero at x = 0
-    if (x < 0.5) return log_gamma(x + 1) - (x + 0.5) * std::log(x) + x - kLnSqrt2Pi;
+double stirling_error_below_16(double x) {
     const int row = x < 1 ? 0 : x < 2 ? 1 : x < 4 ? 2 : x < 8 ? 3 : 4;
     const double z = (2 << row) / x - 3;  // from 1 at the lower end to -1 at the upper
     const double z2 = z * z, z4 = z2 * z2;
@@ -115,9 +107,15 @@ double stirling_error(double x) {
     return low + z4 * z4 * high;
 }
 
+GammaFactor gamma_factor_below_half(double x) {
+    return {1, log_gamma(1 + x) + x - x * std::log(x) - kLnSqrt2Pi};
+}
+
 double poisson_weight(double x, double m) {
     if (x == 0) return std::exp(-m);
-    return std::exp(-stirling_error(x) - x * log1p_deficit((m - x) / x)) * kInvSqrt2Pi / std::sqrt(x);
+    const double u = (m - x) / x;  // far below the mode, 1 + u would lose what m / x is
+    const double deviance = u > -0.45 ? log1p_deficit(u) : u - std::log(m / x);
+    return std::exp(-stirling_error(x) - x * deviance) * kInvSqrt2Pi / std::sqrt(x);
 }
 
 double gamma_half_ratio(double z) {

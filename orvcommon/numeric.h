@@ -31,9 +31,13 @@ inline TwoDoubles two_sum(double a, double b) {  // Knuth, TAOCP 4.2.2
     return {sum, (a - (sum - b_part)) + (b - b_part)};
 }
 
-inline TwoDoubles two_product(double a, double b) {
+inline TwoDoubles two_product(double a,
+                              double b) {  // Dekker 1971; std::fma is a library call on the base platform
+    const double split_a = 0x1p27 * a + a, a_high = split_a - (split_a - a), a_low = a - a_high;
+    const double split_b = 0x1p27 * b + b, b_high = split_b - (split_b - b), b_low = b - b_high;
     const double product = a * b;
-    return {product, std::fma(a, b, -product)};
+    const double low = a_low * b_low - (((product - a_high * b_high) - a_low * b_high) - a_high * b_low);
+    return {product, low - low == 0 ? low : 0};  // above 2^996 the splitting overflows: go without
 }
 
 /// u - log(1 + u), without cancellation near zero: with r = u / (2 + u), log(1 + u) = 2 artanh(r), so that

@@ -21,8 +21,10 @@ double log_beta(double a, double b) {
     const double n = a + b;
     const double la = a < b ? std::log(a / n) : std::log1p(-b / n);
     const double lb = a < b ? std::log1p(-a / n) : std::log(b / n);
-    return kLnSqrt2Pi + (a - 0.5) * la + (b - 0.5) * lb - 0.5 * std::log(n) + stirling_error(a) +
-           stirling_error(b) - stirling_error(n);
+    const GammaFactor fa = gamma_factor(a), fb = gamma_factor(b), fn = gamma_factor(n);
+    // B(a, b) = Gamma(a + 1) Gamma(b + 1) / Gamma(n + 1) * n / (a b)
+    return kLnSqrt2Pi + a * la + b * lb + 0.5 * std::log(fa.square * fb.square / fn.square) +
+           std::log(n / b / a) + fa.log + fb.log - fn.log;
 }
 
 /// The point of the beta distribution at f = e^s.
@@ -39,34 +41,30 @@ double log_f_quantile(double a, double b, double p, double q, double s) {
     if (spread < 1e-17) return 0;
     const bool lower = p < q;
     s = std::clamp(s, -kMaxLog, kMaxLog);
+    double low = -kMaxLog - 1, high = kMaxLog + 1;  // bracket of the solution
     for (int i = 0; i < 100; ++i) {
         count_step();
         const BetaPoint point = point_at_log(s, a, b);
         const double prefix = beta_prefix(point);
         const Tails tails = beta_tails(point, prefix);
         const double tail = lower ? tails.lower : tails.upper;
-        if (!(tail > 0)) {  // too far out: come back
-            if (std::fabs(s) >= kMaxLog) break;
-            s += (lower ? 1 : -1) * std::min(1.0, 2 * spread);
-            continue;
-        }
+        const bool below = lower ? tail < p : tail > q;
+        (below ? low : high) = s;
+        if (low >= kMaxLog || high <= -kMaxLog) break;
         // L(s) = log(tail / target): slope, half the log derivative of the slope, and one further term
         const double slope = prefix * a / tail * (lower ? 1 : -1);
         const double newton = -std::log(tail / (lower ? p : q)) / slope;
         const double bend = -point.deviation - slope, c2 = 0.5 * bend;
         const double c3 = (bend * bend - (a + b) * point.x * point.y - slope * bend) / 6;
-        double step = std::fabs(c2 * newton) < 0.2
-                          ? newton * (1 - newton * (c2 - newton * (2 * c2 * c2 - c3)))
-                          : newton / std::clamp(1 + c2 * newton, 0.5, 2.0);
-        step = std::clamp(step, -40.0, 40.0);
-        if (std::fabs(s + step) > kMaxLog) {
-            if (std::fabs(s) >= kMaxLog) break;
-            s = std::copysign(kMaxLog, s + step);
-            continue;
-        }
-        s += step;
+        const double step = std::fabs(c2 * newton) < 0.2
+                                ? newton * (1 - newton * (c2 - newton * (2 * c2 * c2 - c3)))
+                                : newton / std::clamp(1 + c2 * newton, 0.5, 2.0);
+        const double next = std::clamp(s + std::clamp(step, -40.0, 40.0), -kMaxLog, kMaxLog);
         // The convergence is of fourth order: after a step this small nothing is left to do.
-        if (std::fabs(step) < 1e-4 * std::min(1.0, spread) || std::fabs(step) <= 1e-16 * std::fabs(s)) break;
+        if (std::fabs(step) < 1e-4 * std::min(1.0, spread) || std::fabs(step) <= 1e-16 * std::fabs(s))
+            return next;
+        s = next > low && next < high ? next
+                                      : low + (high - low) / 2;  // (a tail that underflowed gives no step)
     }
     return s;
 }
@@ -97,13 +95,14 @@ double log_f_start(double a, double b, double p, double q) {
 }
 
 double log_f_quantile(double a, double b, double p, double q) {
-    a = std::min(a, kHugeParameter);
-    b = std::min(b, kHugeParameter);
+    a = std::clamp(a, kTinyParameter, kHugeParameter);
+    b = std::clamp(b, kTinyParameter, kHugeParameter);
     return log_f_quantile(a, b, p, q, log_f_start(a, b, p, q));
 }
 
 /// t with P(T > t) = q, q < 1/2.
 double upper_t_quantile(double q, double df) {
+    df = std::max(df, 2 * kTinyParameter);
     if (df > kNormalDf) return -normal_quantile(q);
     if (df == 1) return 1 / std::tan(std::numbers::pi * q);
     const double z = -normal_quantile(q), z2 = z * z;
@@ -133,7 +132,7 @@ double f_quantile(double p, double df1, double df2) {
         const double t = upper_t_quantile(0.5 * q, df2);
         return t * t;
     }
-    if (df2 == 1 && p < 0.9999) {
+    if (df2 == 1 && p < 0.9999 && p > std::numeric_limits<double>::min()) {
         const double t = upper_t_quantile(0.5 * p, df1);
         return 1 / (t * t);
     }

@@ -42,7 +42,7 @@ TEST(CorrelationCalls, TheHalfWidthSearchesAskForTheQuantileAndDiscardIt) {
 TEST(CorrelationCalls, ThePartialDefaultRangeEvaluatesThePowerAndDiscardsIt) {
     quantiles_asked().clear();
     int nMin = -1, nMax = -1;
-    POWER_NAMESPACE::_SetPlotRangeN(20, 2, 0.3, 0, 1, 0.1, nMin, nMax);
+    POWER_NAMESPACE::_SetPlotRangeN(20, 2, 0.3, 0.0, 1, 0.1, nMin, nMax);
     EXPECT_EQ(quantiles_asked(), std::vector<double>(1, 1 - 0.1));
     EXPECT_EQ(nMin, 6);
     EXPECT_EQ(nMax, 5002);

@@ -416,7 +416,7 @@ TEST(SpearmanRange, OfTheSurfacesOverACorrelationIsOtherwiseLiteral) {
 
 TEST(SpearmanRange, DefaultIsNeverBelowFour) {
     int nMin = 0, nMax = 0;
-    POWER_NAMESPACE::_SetPlotRangeN(4.5, 1, 0, 0, 0, 0.05, nMin, nMax);  // power 1
+    POWER_NAMESPACE::_SetPlotRangeN(4.5, 1.0, 0.0, 0, 0, 0.05, nMin, nMax);  // power 1
     EXPECT_EQ(nMin, 4);
     EXPECT_EQ(nMax, 5);
     POWER_NAMESPACE::_SetPlotRangeN(30, 0.4, 0.1, 2, 1, 0.05, nMin, nMax);
@@ -455,7 +455,7 @@ TEST(PartialRange, IsCheckedAgainstTheVariablesPartialledOut) {
 TEST(PartialRange, OfTooManyVariablesForAnIntIsDefined) {
     int nMin = 0, nMax = 0;
     for (double k : {1e10, kInfinity}) {
-        POWER_NAMESPACE::_SetPlotRangeN(20, k, 0.3, 0, 1, 0.05, nMin, nMax);
+        POWER_NAMESPACE::_SetPlotRangeN(20, k, 0.3, 0.0, 1, 0.05, nMin, nMax);
         EXPECT_EQ(nMin, std::numeric_limits<int>::max());
         EXPECT_EQ(nMax, std::numeric_limits<int>::max());
     }
