@@ -55,7 +55,7 @@ struct Partial {
 // ---- Axes ------------------------------------------------------------------------------------------------
 
 bool is_step(double step) {
-    return step <= 0.5;
+    return step > 0 && step <= 0.5;
 }
 
 /// The whole range of a correlation, from -1 upwards.

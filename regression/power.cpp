@@ -58,9 +58,11 @@ double search(const std::vector<double>& design, POWER_NAMESPACE::Objective obje
 double Powerbymlr(int random, bool intercept, double N, double p, double q, double R2full, double R2red,
                   double alpha) {
     const Design d{intercept, N, p, q, alpha};
-    if (!(are_squared_correlations(R2full, R2red) && !(R2red > R2full) && d.is_valid())) return kInvalid;
+    const bool is_reduced = R2red != 0;
+    if (!are_squared_correlations(R2full, R2red) || (is_reduced && R2red > R2full) || !d.is_valid())
+        return kInvalid;
     // Without a reduced model R2full is read as the multiple correlation itself.
-    const double e = R2red != 0 ? (R2full - R2red) / (1 - R2red) : square(R2full);
+    const double e = is_reduced ? (R2full - R2red) / (1 - R2red) : square(R2full);
     return random != 0 ? random_predictors_power(d, e) : fixed_predictors_power(d, N * e / (1 - e));
 }
 

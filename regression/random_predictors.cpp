@@ -26,22 +26,23 @@ double stirling_error(double x) {
     return (1.0 / 12 - (1.0 / 360 - (1.0 / 1260 - (1.0 / 1680 - y / 1188) * y) * y) * y) / x;
 }
 
-/// u - log(1 + u).
-double log1p_deficit(double u) {
-    if (std::abs(u) > 0.1) return u - std::log1p(u);
+/// u - log_1p, where log_1p = log(1 + u): without cancellation for small u.
+double log_deficit(double u, double log_1p) {
+    if (std::abs(u) > 0.1) return u - log_1p;
     // log(1 + u) = 2 (r + r^3 / 3 + r^5 / 5 + ...) with r = u / (2 + u), and u - 2 r = r u.
     const double r = u / (2 + u), r2 = r * r;
     return r * (u - 2 * r2 * (1.0 / 3 + r2 * (1.0 / 5 + r2 * (1.0 / 7 + r2 * (1.0 / 9 + r2 / 11)))));
 }
 
 /// Logarithm of the negative binomial probability Gamma(a + k) / (Gamma(a) Gamma(k + 1)) e^k (1 - e)^a, k
-/// real, by the deviances from the mean (C. Loader, Fast and accurate computation of binomial probabilities,
-/// 2000).
+/// real, by the deviances of k and a from their means (C. Loader, Fast and accurate computation of binomial
+/// probabilities, 2000).
 double log_negative_binomial(double k, double a, double e) {
     if (k == 0) return a * std::log1p(-e);
     const double n = a + k, excess = n * e - k;
-    return stirling_error(n) - stirling_error(a) - stirling_error(k) - k * log1p_deficit(excess / k) -
-           a * log1p_deficit(-excess / a) + 0.5 * std::log(a / n / k) - kHalfLog2Pi;
+    return stirling_error(n) - stirling_error(a) - stirling_error(k) -
+           k * log_deficit(excess / k, std::log(n / k * e)) -
+           a * log_deficit(-excess / a, std::log(n / a * (1 - e))) + 0.5 * std::log(a / n / k) - kHalfLog2Pi;
 }
 
 // ---- The series ------------------------------------------------------------------------------------------
@@ -88,11 +89,11 @@ std::optional<double> log_series(double x, double e, double a, double b, double 
 double log_mixture(double x, double e, double a, double b, double d) {
     const double F = d / b * (x / (1 - x));
     const double mean = a * (e / (1 - e));
-    const double step = 0.25 / std::sqrt(a);
+    const double step = 0.25 / std::min(std::sqrt(a), a);
     double total = 0;
     double below = 0;
     const auto add = [&](double t) {
-        const double weight = std::exp(-a * log1p_deficit(std::expm1(t)));
+        const double weight = std::exp(-a * log_deficit(std::expm1(t), t));
         const double noncentrality = 2 * mean * std::exp(t);
         total += weight;
         below += weight *

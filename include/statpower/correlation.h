@@ -105,10 +105,10 @@ STATPOWER_API double PowerReversebyHalfCIOneSampPartial(OrvCommon_940::OrvQueryC
 // ----------------------------------------------------------------------
 
 // Every curve returns the empty result unless N > 3 (partial: k >= 0 and N > k + 3), the correlations that it
-// takes lie within [-1, 1], 0 < alpha < 1 and, where it takes a step, step <= 0.5; a surface checks N, r and
-// r0 although it varies one of them. Powers are stored in single precision; a point that the power function
-// refuses holds -1, so an unknown Spearman method is a curve of -1. The flags go to the power function as
-// they are.
+// takes lie within [-1, 1], 0 < alpha < 1 and, where it takes a step, 0 < step <= 0.5; a surface checks N, r
+// and r0 although it varies one of them. Powers are stored in single precision; a point that the power
+// function refuses holds -1, so an unknown Spearman method is a curve of -1. The flags go to the power
+// function as they are.
 //
 // Axes
 //   N            nMin, nMin + 1, ..., nMax. In PlotNRiskDiff every second one when nMax - nMin > 999, the

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes fixed_power.csv, random_power.csv, random_probability.csv and size.csv beside itself.
+"""Writes fixed_power.csv, random_power.csv, random_probability.csv,
+random_probability_long.csv and size.csv beside itself.
 
 Powers of the F test of a multiple regression to 40 digits. Fixed predictors: the noncentral F distribution.
 Random predictors: the negative binomial mixture of beta distributions, summed term by term.
@@ -26,7 +27,7 @@ def probability(x, e, q, dfe):
     x, e, b, d = mpf(x), mpf(e), mpf(q) / 2, mpf(dfe) / 2
     a = b + d
     weights = [(1 - e) ** a]
-    while e > 0 and (len(weights) < a * e / (1 - e) or weights[-1] > mpf(10) ** -60):
+    while e > 0 and (len(weights) < a * e / (1 - e) or weights[-1] > mpf(10) ** -45):
         k = len(weights)
         weights.append(weights[-1] * e * (a + k - 1) / k)
     # I_x(b + k, d) = I_x(b + k + 1, d) + c_k, from the far end downwards: no cancellation.
@@ -85,6 +86,13 @@ for q, dfe, e, x in [(1, 1, 0.5, 0.5), (1, 8, 0.0, 0.3), (2, 7, 0.25, 0.9), (5, 
                      (4, 1e5, 1e-4, 2e-4), (2, 1e7, 1e-6, 1e-6), (7, 12.25, 0.4, 0.05)]:
     probabilities.append([q, dfe, e, x, float(log(probability(x, e, q, dfe)))])
 write("random_probability.csv", ["q", "dfe", "e", "x", "log_probability"], probabilities)
+
+# Sums of several hundred thousand terms.
+long_sums = []
+for q, dfe, e, x in [(1, 1, 0.9999, 1 - 1e-9), (3, 2, 0.9998, 1 - 1e-7), (2, 12, 0.9999, 0.999995),
+                     (30, 170, 0.9995, 0.99957), (1, 1, 0.9999, 0.9999)]:
+    long_sums.append([q, dfe, e, x, float(probability(x, e, q, dfe))])
+write("random_probability_long.csv", ["q", "dfe", "e", "x", "probability"], long_sums)
 
 # Sample sizes that reach a power, to 1e-9, by bisection on exact powers: random, intercept, target, p, q, R2full,
 # R2red, alpha, N.
