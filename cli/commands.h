@@ -6,5 +6,7 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
+void add_correlations(CLI::App& app);
+void add_regression(CLI::App& app);
 
 }  // namespace cli

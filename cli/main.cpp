@@ -13,6 +13,8 @@ int run(int argc, char** argv) {
     CLI::App app("Power, sample size and precision of statistical tests.", "statpower");
     app.require_subcommand(1);
     cli::add_anova(app);
+    cli::add_correlations(app);
+    cli::add_regression(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {

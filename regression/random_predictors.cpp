@@ -62,13 +62,18 @@ double log_sum(double s, double t) {
 /// incomplete beta function is the rest. Both running sums are kept in units of their last term, whose
 /// logarithm has a closed form: nothing overflows, and a term costs three divisions.
 std::optional<double> log_series(double x, double e, double a, double b, double d) {
+    const auto next_weight = [=](double k) { return e * ((a + k) / (k + 1)); };        // w_(k+1) / w_k
+    const auto next_beta = [=](double k) { return x * ((b + d + k) / (b + k + 1)); };  // c_(k+1) / c_k
+    const double last = next_weight(kLongestSum);
+    if (last > 1 && next_beta(kLongestSum) * last > 1) return std::nullopt;  // the terms would still grow
+
     double weights = 1;  // W_k / w_k
     double sum = 1;      // (c_0 W_0 + ... + c_k W_k) / (c_k w_k)
     double k = 0;
     for (;; ++k) {
-        const double weight_ratio = e * ((a + k) / (k + 1));        // w_(k+1) / w_k, falling to e
-        const double beta_ratio = x * ((b + d + k) / (b + k + 1));  // c_(k+1) / c_k, tending to x
-        // Bounds of all further ratios, so that geometric series bound what is left. NaN ends the sum too.
+        // The ratio of weights falls, that of betas tends to x: both bound all later ones, and geometric
+        // series bound what is left. NaN ends the sum too.
+        const double weight_ratio = next_weight(k), beta_ratio = next_beta(k);
         const double growth = std::max(beta_ratio, x) * (1 + weight_ratio / weights);
         const bool weights_left = weight_ratio > kNegligible * weights * (1 - weight_ratio);
         const bool terms_left = weights * growth > kNegligible * sum * (1 - growth);
