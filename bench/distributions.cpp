@@ -1,5 +1,5 @@
-// The distribution operations beside Boost.Math with a double policy, over everyday arguments: `ours` and
-// `boost` of one name do the same work on the same arguments. The extremes are run with our operations only.
+// The distribution operations beside Boost.Math with a double policy, over everyday arguments: X and X/boost
+// do the same work on the same arguments. The extremes are run with our operations only.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -78,8 +78,8 @@ double t_power_boost(double n, double effect, double alpha) {
 void t_power(benchmark::State& state, double (*power)(double, double, double)) {
     run(state, kTTests, [power](const Case& c) { return power(c[0], c[1], c[2]); });
 }
-BENCHMARK_CAPTURE(t_power, ours, t_power_ours);
-BENCHMARK_CAPTURE(t_power, boost, t_power_boost);
+BENCHMARK_CAPTURE(t_power, ours, t_power_ours)->Name("t_power");
+BENCHMARK_CAPTURE(t_power, boost, t_power_boost)->Name("t_power/boost");
 
 /// Sample size for power 0.8: doubling, then bisection to 1e-8 relative: some 35 evaluations of the power.
 void t_sample_size(benchmark::State& state, double (*power)(double, double, double)) {
@@ -101,8 +101,8 @@ void t_sample_size(benchmark::State& state, double (*power)(double, double, doub
     state.counters["evaluations"] =
         benchmark::Counter(static_cast<double>(evaluations), benchmark::Counter::kAvgIterations);
 }
-BENCHMARK_CAPTURE(t_sample_size, ours, t_power_ours);
-BENCHMARK_CAPTURE(t_sample_size, boost, t_power_boost);
+BENCHMARK_CAPTURE(t_sample_size, ours, t_power_ours)->Name("t_sample_size");
+BENCHMARK_CAPTURE(t_sample_size, boost, t_power_boost)->Name("t_sample_size/boost");
 
 const std::vector<Case> kFTests = cases([](auto between) -> Case {
     const double groups = std::floor(between(2, 9));
@@ -125,13 +125,14 @@ double f_power_boost(const Case& c) {
 void f_power(benchmark::State& state, double (*power)(const Case&)) {
     run(state, kFTests, power);
 }
-BENCHMARK_CAPTURE(f_power, ours, f_power_ours);
-BENCHMARK_CAPTURE(f_power, boost, f_power_boost);
+BENCHMARK_CAPTURE(f_power, ours, f_power_ours)->Name("f_power");
+BENCHMARK_CAPTURE(f_power, boost, f_power_boost)->Name("f_power/boost");
 
 // ---- the series of the regression with random predictors
 // -----------------------------------------------------------
 
-/// The terms k = 0, 1, ... of the distribution of a squared multiple correlation of 0.3 with 5 predictors and 100 cases at
+/// The terms k = 0, 1, ... of the distribution of a squared multiple correlation of 0.3 with 5 predictors
+/// and 100 cases at
 /// 0.21, up to where their weights vanish; the time is of one term.
 void random_predictor_series(benchmark::State& state, double (*cdf)(double, double, double)) {
     long status = 0;
@@ -150,8 +151,8 @@ double cdf_beta_ours(double x, double a, double b) {
 double cdf_beta_boost(double x, double a, double b) {
     return bm::cdf(bm::beta_distribution<double, Policy>(a, b), x);
 }
-BENCHMARK_CAPTURE(random_predictor_series, ours, cdf_beta_ours);
-BENCHMARK_CAPTURE(random_predictor_series, boost, cdf_beta_boost);
+BENCHMARK_CAPTURE(random_predictor_series, ours, cdf_beta_ours)->Name("random_predictor_series");
+BENCHMARK_CAPTURE(random_predictor_series, boost, cdf_beta_boost)->Name("random_predictor_series/boost");
 
 // ---- the operations one by one
 // --------------------------------------------------------------------------------------
@@ -181,9 +182,13 @@ void operation(benchmark::State& state, const std::vector<Case>& all, double (*f
     run(state, all, f);
 }
 
-#define COMPARE(name, cases, ours_value, boost_value)                                                     \
-    BENCHMARK_CAPTURE(operation, name##_ours, cases, [](const Case& c) -> double { return ours_value; }); \
-    BENCHMARK_CAPTURE(operation, name##_boost, cases, [](const Case& c) -> double { return boost_value; })
+#define COMPARE(name, cases, ours_value, boost_value)                               \
+    BENCHMARK_CAPTURE(operation, name##_ours, cases, [](const Case& c) -> double {  \
+        return ours_value;                                                          \
+    })->Name(#name);                                                                \
+    BENCHMARK_CAPTURE(operation, name##_boost, cases, [](const Case& c) -> double { \
+        return boost_value;                                                         \
+    })->Name(#name "/boost")
 
 long ignored_status;
 
@@ -245,6 +250,7 @@ void slowest_extreme(benchmark::State& state, double (*f)(const Case&)) {
 
 #define EXTREMES(name, value)                                                               \
     BENCHMARK_CAPTURE(slowest_extreme, name, [](const Case& c) -> double { return value; }) \
+        ->Name("slowest_extreme/" #name)                                                    \
         ->Iterations(1)                                                                     \
         ->Unit(benchmark::kMillisecond)
 

@@ -10,8 +10,8 @@
 namespace orvmath {
 namespace {
 
-constexpr int kMaxSteps = 3000;  // never met: the choice of method keeps both loops below some hundred
-constexpr double kSeriesTerms = 30, kFarSeriesTerms = 50;  // up to here the series is the fastest
+constexpr int kMaxSteps = 1000;      // never met: the choice of method keeps both loops below some hundred
+constexpr double kSeriesTerms = 30;  // up to here the series is the fastest
 constexpr double kLargeParameter = 1e5;  // both parameters above: the continued fraction gets long
 
 /// I_x(a, b) / prefix = 1 + (a+b)/(a+1) x + (a+b)(a+b+1)/((a+1)(a+2)) x^2 + ..., all terms positive
@@ -23,7 +23,8 @@ double series(const BetaPoint& p) {
         const double ratio = n * p.x / d;
         term *= ratio;
         sum += term;
-        if (ratio < 1 && term * ratio < 1e-17 * sum * (1 - ratio)) break;
+        const double bound = std::max(ratio, p.x);  // of all further ratios
+        if (bound < 1 && term * bound < 1e-17 * sum * (1 - bound)) break;
     }
     return sum;
 }
@@ -35,8 +36,8 @@ double series(const BetaPoint& p) {
 /// division a step.
 double continued_fraction(const BetaPoint& p) {
     const double a = p.a, b = p.b, x = p.x, lambda1 = 1 - p.deviation;
-    double D = a + 1, last_D = 1,
-           scale = 1 / D;  // scale: D_m D_(m-1) beta_m, inverted (but beta_0 counts as one)
+    // scale is 1 / (D_m D_(m-1) beta_m), but beta_0 counts as one
+    double D = a + 1, last_D = 1, scale = 1 / D;
     double A = a * lambda1 * scale, B = 1, last_A = 1, last_B = 0;
     for (double m = 1; m < kMaxSteps; m += 1) {
         count_step();
@@ -59,9 +60,10 @@ double continued_fraction(const BetaPoint& p) {
     return A / B;
 }
 
-/// Whether the point lies above the mean only because a is small, close enough to 0 for a short series.
-bool has_short_end(const BetaPoint& p) {
-    return p.a < 0.5 && p.x < 0.5 && p.x * (p.a + p.b) < 1.5;
+/// Whether x lies above the mean only because a is small (or y below it because b is), near enough for a
+/// short series.
+bool has_short_end(double a, double x, double n) {
+    return a < 0.5 && x < 0.5 && x * n < 1.5;
 }
 
 /// I_x(a, b) at a point at or below the mean, with relative accuracy.
@@ -99,35 +101,41 @@ double beta_prefix(const BetaPoint& p) {
     const double dv = v > -0.45   ? log1p_deficit(v)
                       : p.x < 0.1 ? v - (std::log1p(-p.x) + std::log(n / p.b))
                                   : v - std::log(p.y * (n / p.b));
+    const double deviances = p.a * du + p.b * dv;
+    if (std::min(p.a, p.b) >= 0.5)
+        return std::sqrt(p.b / n / p.a) * kInvSqrt2Pi *
+               std::exp(stirling_error(n) - stirling_error(p.a) - stirling_error(p.b) - deviances);
     const GammaFactor fn = gamma_factor(n), fa = gamma_factor(p.a), fb = gamma_factor(p.b);
-    const double exponent = fn.log - fa.log - fb.log - p.a * du - p.b * dv;
-    return std::sqrt(fn.square / (fa.square * fb.square)) * (p.b / n) * kInvSqrt2Pi * std::exp(exponent);
+    return std::sqrt(fn.square / (fa.square * fb.square)) * (p.b / n) * kInvSqrt2Pi *
+           std::exp(fn.log - fa.log - fb.log - deviances);
 }
 
 bool beta_series_is_short(const BetaPoint& p, double terms) {
     const double beyond_mean = std::max(0.0, p.deviation);
     const double room = terms * p.y - beyond_mean - 20 * (1 + p.x) * (1 - 0.5 * p.y);
     if (room > 0 && 78 * p.b * p.x < room * room) return true;
-    const double first = p.a + 1,
-                 second = p.x * std::max(p.a + p.b, first);  // the ratio of the first two terms
+    const double first = p.a + 1, second = p.x * std::max(p.a + p.b, first);
     return p.deviation <= 0 && 20 * (first + second) < terms * (first - second);
 }
 
 Tails beta_tails(const BetaPoint& p, double prefix) {
     // With a parameter below one half the mean is no middle: near that end its series serves both tails.
-    const BetaPoint q = p.mirrored();
     const double mirrored_prefix = prefix * p.a / p.b;
     if (p.deviation <= 0) {
-        if (has_short_end(q)) return Tails::from_upper(mirrored_prefix * series(q));
+        if (has_short_end(p.b, p.y, p.a + p.b)) {
+            const double upper = mirrored_prefix * series(p.mirrored());
+            // (A small lower tail is better computed by itself, where that does not take long.)
+            if (upper < 0.9 || p.y < 0.02) return Tails::from_upper(upper);
+        }
         return Tails::from_lower(lower_tail(p, prefix));
     }
-    if (has_short_end(p)) return Tails::from_lower(prefix * series(p));
+    if (has_short_end(p.a, p.x, p.a + p.b)) return Tails::from_lower(prefix * series(p));
     // A short series beyond the mean does as well, unless it leaves little for this side.
-    if (p.a < 60 && beta_series_is_short(p, kFarSeriesTerms)) {
+    if (p.a < 60 && beta_series_is_short(p, kSeriesTerms)) {
         const double lower = prefix * series(p);
         if (lower < 0.96) return Tails::from_lower(lower);
     }
-    return Tails::from_upper(lower_tail(q, mirrored_prefix));
+    return Tails::from_upper(lower_tail(p.mirrored(), mirrored_prefix));
 }
 
 Tails beta_cdf(double x, double a, double b) {
@@ -136,7 +144,8 @@ Tails beta_cdf(double x, double a, double b) {
     if (std::max(a, b) <= kHugeParameter)
         return beta_tails(BetaPoint::at(x, std::max(a, kTinyParameter), std::max(b, kTinyParameter)));
     // The ratio of x to the mean is what counts: keep it where a parameter is brought down.
-    const double limited_a = std::min(a, kHugeParameter), limited_b = std::min(b, kHugeParameter);
+    const double limited_a = std::clamp(a, kTinyParameter, kHugeParameter);
+    const double limited_b = std::clamp(b, kTinyParameter, kHugeParameter);
     const double r = b / a * (x / (1 - x)) * limited_a;
     return beta_tails(
         BetaPoint::at_ratio({std::clamp(r, kSmallestRatio, kLargestRatio), 0}, limited_a, limited_b));

@@ -1,14 +1,15 @@
 // Both distributions are Poisson mixtures of incomplete beta functions (Johnson, Kotz and Balakrishnan 1995,
-// Continuous Univariate Distributions 2, chapters 30 and 31). With w_j the Poisson weights of mean h,
-// I_j = I_x(a + j, b) and g_j = I_j - I_(j+1), all sums are of positive terms:
-//   - lower = sum of w_j I_j = sum of (w_0 + ... + w_j) g_j, outwards from the mode of the weights. It needs
-//   no
-//     incomplete beta function at all, but the g_j die out slowly where x is near 1. Then, for the smaller
-//     tail,
-//   - lower = sum of w_j I_j downwards from where the weights have died out, I_j = I_(j+1) + g_j, or
-//   - upper = sum of w_j (1 - I_j) outwards from the mode, 1 - I_(j+1) = (1 - I_j) + g_j.
-// (Starting at the mode, where no term carries a large exponent: Benton and Krishnamoorthy 2003,
-// Computational Statistics and Data Analysis 43, 249-267.) For Poisson means above kMaxMean the contour
+// Continuous Univariate Distributions 2, chapters 30 and 31). With w_j the Poisson weights of mean h, I_j =
+// I_x(a + j, b) and g_j = I_j - I_(j+1), these are sums of positive terms:
+//
+//   lower = sum of w_j I_j = sum of (w_0 + ... + w_j) g_j, outwards from the mode of the weights. It needs no
+//           incomplete beta function at all, but the g_j die out slowly where x is near 1. Then, according to
+//           which tail is the smaller,
+//   lower = sum of w_j I_j downwards from where the weights have died out, I_j = I_(j+1) + g_j, or
+//   upper = sum of w_j (1 - I_j) outwards from the mode, 1 - I_(j+1) = (1 - I_j) + g_j.
+//
+// Starting at the mode, where no term carries a large exponent: D. Benton and K. Krishnamoorthy (2003),
+// Computational Statistics and Data Analysis 43, 249-267. For Poisson means above kMaxMean the contour
 // integral takes over.
 #include "orvcommon/noncentral.h"
 
@@ -29,15 +30,18 @@ using std::numbers::inv_sqrtpi, std::numbers::sqrt2;
 constexpr double kMaxMean = 150;  // Poisson means that are summed; above, the contour integral is as fast
 constexpr double kMaxMeanFromZero = 10;  // up to here the sums start at index 0
 constexpr int kMaxTerms = 1500;  // never met: the sums end after some 12 standard deviations of the weights
+constexpr double kSmallestT = 1e-99, kLargestT = 1e99;  // in between, t^2 neither overflows nor underflows
 constexpr double kGammaLike = 1e30;  // Poisson mean from which the mixture is as good as one gamma variable
 
-/// K mixtures that run side by side: number i has shape parameters a + j + i/2 and Poisson weights of index j
-/// + i/2. The noncentral F distribution is one of them, the noncentral t has a half of each parity.
+/// K mixtures that run side by side: number i has shape parameters a + j and Poisson weights of index j for
+/// j = i/2, 1 + i/2, ... The noncentral F distribution is one of them, the noncentral t has a half of each
+/// parity.
 template <std::size_t K>
 struct Mixture {
     double h;                    // Poisson mean
-    int start;                   // index j of the first term
-    BetaPoint point;             // at that index: its a is a + j
+    double a;                    // smallest shape parameter
+    int start;                   // where the sums start: index j = start + i/2
+    BetaPoint point;             // of the first mixture there
     std::array<double, K> w, g;  // weights and differences there
 };
 
@@ -48,48 +52,49 @@ class Terms {
     std::array<double, K> w, g;  // weights and differences
 
     explicit Terms(const Mixture<K>& m)
-        : w(m.w), g(m.g), h_(m.h), inverse_h_(1 / m.h), x_(m.point.x), x_low_(m.point.x_low) {
-        for (std::size_t i = 0; i < K; ++i) {
-            const double shift = 0.5 * static_cast<double>(i), a = m.point.a + shift;
-            j_[i] = m.start + shift;
-            n_[i] = a + m.point.b;
-            d_[i] = a + 1;
-        }
+        : w(m.w),
+          g(m.g),
+          h_(m.h),
+          inverse_h_(1 / m.h),
+          x_(m.point.x),
+          x_low_(m.point.x_low),
+          n_(m.a + m.point.b),
+          d_(m.a + 1) {
+        for (std::size_t i = 0; i < K; ++i) j_[i] = m.start + 0.5 * static_cast<double>(i);
     }
 
-    /// One index up: w_(j+1) / w_j = h / (j + 1), g_(j+1) / g_j = x n / d.
+    /// One index up: w_(j+1) / w_j = h / (j + 1), g_(j+1) / g_j = x (a + b + j) / (a + 1 + j).
     void step_up() {
         for (std::size_t i = 0; i < K; ++i) {
+            const double n = n_ + j_[i];
+            ratio_g_[i] = (x_ * n + x_low_ * n) / (d_ + j_[i]);  // x_low keeps a long product exact
             j_[i] += 1;
             ratio_w_[i] = h_ / j_[i];
-            ratio_g_[i] = (x_ * n_[i] + x_low_ * n_[i]) / d_[i];  // x_low keeps a long product exact
             w[i] *= ratio_w_[i];
             g[i] *= ratio_g_[i];
-            n_[i] += 1;
-            d_[i] += 1;
         }
     }
 
     void step_down() {
         for (std::size_t i = 0; i < K; ++i) {
-            n_[i] -= 1;
-            d_[i] -= 1;
             w[i] *= j_[i] * inverse_h_;
-            g[i] *= d_[i] / (x_ * n_[i] + x_low_ * n_[i]);
             j_[i] -= 1;
+            const double n = n_ + j_[i];
+            g[i] *= (d_ + j_[i]) / (x_ * n + x_low_ * n);
         }
     }
 
-    /// The larger ratio of the last step up; the first mixture has the larger weight ratio.
+    /// Bounds of all ratios after a step up. Those of the weights fall, the first mixture's are the largest;
+    /// those of the differences tend to x from either side.
     double ratio_w() const { return ratio_w_[0]; }
-    double ratio_g() const { return *std::max_element(ratio_g_.begin(), ratio_g_.end()); }
+    double ratio_g() const { return std::max(x_, *std::max_element(ratio_g_.begin(), ratio_g_.end())); }
 
     /// Ratio of the next step down in the weights; the last mixture has the larger.
     double ratio_down() const { return j_[K - 1] * inverse_h_; }
 
   private:
-    double h_, inverse_h_, x_, x_low_;
-    std::array<double, K> j_, n_, d_, ratio_w_, ratio_g_;
+    double h_, inverse_h_, x_, x_low_, n_, d_;
+    std::array<double, K> j_, ratio_w_, ratio_g_;
 };
 
 template <std::size_t K>
@@ -223,7 +228,7 @@ Tails large_mean(TwoDoubles r, double a, double b, TwoDoubles h) {
 
 Mixture<1> f_mixture(const BetaPoint& origin, double h, int start) {
     const BetaPoint point = raised(origin, start);
-    return {h, start, point, {poisson_weight(start, h)}, {beta_prefix(point)}};
+    return {h, origin.a, start, point, {poisson_weight(start, h)}, {beta_prefix(point)}};
 }
 
 /// The two halves of the noncentral t distribution, from the point of the parameters (1/2, b).
@@ -231,6 +236,7 @@ Mixture<2> t_mixture(const BetaPoint& origin, double h, int start) {
     const BetaPoint p = raised(origin, start);
     const double w = poisson_weight(start, h), g = beta_prefix(p);
     return {h,
+            origin.a,
             start,
             p,
             {w, w * std::sqrt(h) / gamma_half_ratio(start + 1.0)},
@@ -242,6 +248,7 @@ Mixture<2> t_mixture_from_zero(const BetaPoint& p, double delta, double y_to_b) 
     const double h = 0.5 * delta * delta, h_low = 0.5 * std::fma(delta, delta, -(delta * delta));
     const double w = std::exp(-h) * (1 - h_low), g = y_to_b * (2 * inv_sqrtpi);
     return {h,
+            p.a,
             0,
             p,
             {w, w * std::fabs(delta) * (sqrt2 * inv_sqrtpi)},
@@ -253,7 +260,9 @@ Tails noncentral_f_at(TwoDoubles r, double a, double b, double h) {
     if (h > kMaxMean) return large_mean(r, a, b, {h, 0});
     const BetaPoint p = BetaPoint::at_ratio(r, a, b);
     if (h == 0) return beta_tails(p);
-    const Mixture<1> m = f_mixture(p, h, mode_index(h));
+    Mixture<1> m = f_mixture(p, h, mode_index(h));
+    // So far below that the difference at the mode underflows, only the first terms count.
+    if (m.g[0] < 1e-290 && m.point.deviation < 0) m = f_mixture(p, h, 0);
     if (differences_die_out(m)) return Tails::from_lower(lower_sums(m)[0]);
     if (is_far_below(p, h)) {
         const Mixture<1> top = f_mixture(p, h, top_index(h));
@@ -267,7 +276,6 @@ TwoDoubles half(TwoDoubles v) {
 }
 
 /// The noncentral t distribution at t from kSmallestT to kLargestT.
-constexpr double kSmallestT = 1e-99, kLargestT = 1e99;
 Tails noncentral_t_at(double t, double df, double delta) {
     const double b = 0.5 * df, h = 0.5 * delta * delta;
     const TwoDoubles r = half(two_product(t, t));
@@ -275,8 +283,8 @@ Tails noncentral_t_at(double t, double df, double delta) {
         // P(Z <= -|delta|) is below 1e-66: T has the sign of delta, and T^2 is noncentral F.
         if (delta < 0) return {1, 0};
         if (h > kGammaLike) {
-            const double limited = std::min(h, 1e300);
-            return gamma_like((t / delta) * (t / delta), limited, limited, b);
+            const double mean = std::min(h, 1e300);
+            return gamma_like((t / delta) * (t / delta), mean, mean, b);
         }
         return large_mean(r, 0.5, b, half(two_product(delta, delta)));
     }
@@ -316,6 +324,7 @@ Tails noncentral_f(double x, double df1, double df2, double noncentrality) {
     }
     if (h > kGammaLike) return gamma_like(x * (a / (a + h)), a + h, h, b);
     const double r = a * x;
+    const TwoDoubles exact_r = x < 0x1p996 ? two_product(a, x) : TwoDoubles{r, 0};
     a = std::max(a, kTinyParameter);
     if (r > kLargestRatio) {
         const Tails end = noncentral_f_at({kLargestRatio, 0}, a, b, h);
@@ -325,7 +334,7 @@ Tails noncentral_f(double x, double df1, double df2, double noncentrality) {
         const Tails end = noncentral_f_at({kSmallestRatio, 0}, a, b, h);
         return Tails::from_lower(end.lower * std::pow(r / kSmallestRatio, a));
     }
-    return noncentral_f_at(two_product(0.5 * df1, x), a, b, h);
+    return noncentral_f_at(exact_r, a, b, h);
 }
 
 Tails noncentral_t(double t, double df, double delta) {

@@ -17,8 +17,8 @@ double polynomial(const double (&c)[N], double x) {
     return sum;
 }
 
-/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p):
-/// M. J. Wichura (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
+/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p): M. J. Wichura
+/// (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
 double wichura_quantile(double q, double tail) {
     static constexpr double kA[] = {3.3871328727963666080e0, 1.3314166789178437745e2, 1.9715909503065514427e3,
                                     1.3731693765509461125e4, 4.5921953931549871457e4, 6.7265770927008700853e4,
@@ -68,11 +68,11 @@ double wichura_quantile(double q, double tail) {
 }  // namespace
 
 double normal_cdf(double x) {
-    if (x < -39) return 0;
+    if (x < -39) return 0;  // below the smallest double
     const double y = -x / std::numbers::sqrt2, v = 0.5 * std::erfc(y);
     if (x > -5) return v;
-    // Far out the rounding of y is magnified: correct for it to first order, erfc'(y) / erfc(y) ~ -(2y +
-    // 1/y).
+    // Far out the rounding of y is magnified: correct for it to first order by the logarithmic derivative of
+    // erfc, about -(2y + 1/y).
     constexpr double kSqrtHalf = 0.70710678118654757, kSqrtHalfLow = -4.8336466567264567e-17;
     const TwoDoubles exact = two_product(-x, kSqrtHalf);
     const double error = (exact.high - y) + (exact.low - x * kSqrtHalfLow);
@@ -83,8 +83,8 @@ double normal_quantile(double p) {
     const double q = p - 0.5, tail = p < 0.5 ? p : 1 - p;
     const double z = wichura_quantile(q, tail);
     if (std::fabs(q) <= 0.425 || tail < std::numeric_limits<double>::min()) return z;
-    // One step of Halley's method on the distribution function takes out the last rounding errors of the
-    // tails.
+    // In the tails one step of Halley's method on the distribution function takes out the last rounding
+    // errors.
     const double t = -std::fabs(z), density = kInvSqrt2Pi * std::exp(-0.5 * t * t);
     const double e = (normal_cdf(t) - tail) / density;
     return std::copysign(t - e / (1 + 0.5 * t * e), q);
@@ -119,8 +119,8 @@ double poisson_weight(double x, double m) {
 }
 
 double gamma_half_ratio(double z) {
-    double numerator = 1,
-           denominator = 1;  // raises z to where the series converges: R(z) = R(z + 1) z / (z + 1/2)
+    // R(z) = R(z + 1) z / (z + 1/2) raises z to where the series converges.
+    double numerator = 1, denominator = 1;
     for (; z < 12; z += 1) {
         numerator *= z;
         denominator *= z + 0.5;

@@ -1,4 +1,7 @@
 // The normal distribution and functions of the gamma function.
+//
+// Stirling error and deviance keep the large terms of log Gamma from cancelling: C. Loader (2000), Fast and
+// accurate computation of binomial probabilities.
 #pragma once
 
 namespace orvmath {
@@ -12,24 +15,23 @@ double normal_quantile(double p);
 /// log |Gamma(x)|, infinite at the poles.
 double log_gamma(double x);
 
-/// The Stirling error log Gamma(x + 1) - (x + 1/2) log x + x - log sqrt(2 pi) for x >= 1/2 (Loader 2000).
+/// The Stirling error log Gamma(x + 1) - (x + 1/2) log x + x - log sqrt(2 pi) for x >= 1/2.
 inline double stirling_error(double x);
 
 /// The same for x below 16, by polynomials.
 double stirling_error_below_16(double x);
 
-/// Gamma(x + 1) e^x / x^x = sqrt(2 pi square) e^log for x > 0, square and log of moderate size for small x
-/// too.
+/// Gamma(x + 1) e^x / x^x = sqrt(2 pi square) e^log for x > 0, with no large logarithm for a small x.
 struct GammaFactor {
     double square, log;
 };
 inline GammaFactor gamma_factor(double x);
 GammaFactor gamma_factor_below_half(double x);
 
-/// Poisson weight e^-m m^x / Gamma(x + 1), x >= 0, by Stirling error and deviance (Loader 2000).
+/// Poisson weight e^-m m^x / Gamma(x + 1), x >= 0, by Stirling error and deviance.
 double poisson_weight(double x, double m);
 
-/// Gamma(z + 1/2) / Gamma(z), z > 0.
+/// Gamma(z + 1/2) / Gamma(z), z > 0: F. G. Tricomi and A. Erdelyi (1951), Pacific J. Math. 1, 133-142.
 double gamma_half_ratio(double z);
 
 inline double stirling_error(double x) {

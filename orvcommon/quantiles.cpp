@@ -1,6 +1,6 @@
 // All three quantiles solve for s = log f, where f = (b / a) x / (1 - x) and x is beta distributed: Newton's
-// method with two further terms of the inverse series on log(tail probability). Both tails are log-concave in
-// s, so the iteration converges from any start, and a good start leaves one or two evaluations.
+// method with two further terms of the inverse series on log(tail probability). Both tails are log-concave
+// in s, so the iteration converges from any start, and a good start leaves one or two evaluations.
 #include "orvcommon/quantiles.h"
 
 #include <algorithm>
@@ -14,9 +14,12 @@
 namespace orvmath {
 namespace {
 
+// Reached only where a shape parameter below 1e-10 leaves a tail without the accuracy to converge with.
+constexpr int kMaxIterations = 40;
 constexpr double kMaxLog = 700;     // |log f| is kept where exp neither overflows nor underflows
 constexpr double kNormalDf = 1e20;  // degrees of freedom from which t is normal in double precision
 
+/// log B(a, b).
 double log_beta(double a, double b) {
     const double n = a + b;
     const double la = a < b ? std::log(a / n) : std::log1p(-b / n);
@@ -36,13 +39,13 @@ BetaPoint point_at_log(double s, double a, double b) {
 }
 
 /// Solves P(log F <= s) = p, 1 - p = q, from the start s.
-double log_f_quantile(double a, double b, double p, double q, double s) {
+double solve_log_f(double a, double b, double p, double q, double s) {
     const double spread = std::sqrt(1 / a + 1 / b);  // of log F, about
     if (spread < 1e-17) return 0;
     const bool lower = p < q;
     s = std::clamp(s, -kMaxLog, kMaxLog);
     double low = -kMaxLog - 1, high = kMaxLog + 1;  // bracket of the solution
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < kMaxIterations; ++i) {
         count_step();
         const BetaPoint point = point_at_log(s, a, b);
         const double prefix = beta_prefix(point);
@@ -63,8 +66,8 @@ double log_f_quantile(double a, double b, double p, double q, double s) {
         // The convergence is of fourth order: after a step this small nothing is left to do.
         if (std::fabs(step) < 1e-4 * std::min(1.0, spread) || std::fabs(step) <= 1e-16 * std::fabs(s))
             return next;
-        s = next > low && next < high ? next
-                                      : low + (high - low) / 2;  // (a tail that underflowed gives no step)
+        // A step out of the bracket is no step, nor is that of a tail that underflowed.
+        s = next > low && next < high ? next : low + (high - low) / 2;
     }
     return s;
 }
@@ -75,8 +78,8 @@ double exp_or_limit(double s) {
     return s <= -kMaxLog ? 0 : std::exp(s);
 }
 
-/// A start for log F: Abramowitz and Stegun 26.5.22 from the normal deviate, or the power law of the nearer
-/// end.
+/// A start for log F: from the normal deviate (Abramowitz and Stegun 26.5.22), or the power law of the
+/// nearer end.
 double log_f_start(double a, double b, double p, double q) {
     if (a > 0.7 && b > 0.7) {
         const double z = p < q ? normal_quantile(p) : -normal_quantile(q);
@@ -87,17 +90,18 @@ double log_f_start(double a, double b, double p, double q) {
         }
     }
     const double lb = log_beta(a, b), scale = std::log(b / a);
-    const double low = (std::log(p) + std::log(a) + lb) / a,
-                 high = -(std::log(q) + std::log(b) + lb) / b;  // log odds
+    // log odds at which the power of x reaches p, and that of y reaches q
+    const double low = (std::log(p) + std::log(a) + lb) / a, high = -(std::log(q) + std::log(b) + lb) / b;
     if (low < -1 && (p < q || !(high > 1))) return low + scale;
     if (high > 1) return high + scale;
     return low < -1 ? low + scale : 0;
 }
 
+/// log F with P(log F <= s) = p, 1 - p = q, for any parameters.
 double log_f_quantile(double a, double b, double p, double q) {
     a = std::clamp(a, kTinyParameter, kHugeParameter);
     b = std::clamp(b, kTinyParameter, kHugeParameter);
-    return log_f_quantile(a, b, p, q, log_f_start(a, b, p, q));
+    return solve_log_f(a, b, p, q, log_f_start(a, b, p, q));
 }
 
 /// t with P(T > t) = q, q < 1/2.
@@ -119,7 +123,7 @@ double upper_t_quantile(double q, double df) {
             start = w > 1e-280 ? std::sqrt(df * (1 - w) / w) : std::sqrt(df) * std::exp(-0.5 * log_w);
     }
     start = std::max(start, 1e-300);
-    const double s = log_f_quantile(0.5, 0.5 * df, 1 - 2 * q, 2 * q, 2 * std::log(start));
+    const double s = solve_log_f(0.5, 0.5 * df, 1 - 2 * q, 2 * q, 2 * std::log(start));
     return s >= kMaxLog ? std::numeric_limits<double>::infinity() : std::exp(0.5 * s);
 }
 
