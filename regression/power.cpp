@@ -40,7 +40,7 @@ double fixed_predictors_power(const Design& d, double noncentrality) {
 double random_predictors_power(const Design& d, double e) {
     const double dfe = d.error_df();
     const double critical = OrvMath_940::OrvDistFun::IdfF(1 - d.alpha, d.q, dfe);
-    const double x = critical / (dfe / d.q + critical);
+    const double x = 1 / (1 + dfe / d.q / critical);  // of any quantile, 0 and infinity too
     const double n = (d.N - d.intercept) - (d.p - d.q);
     return 1 - std::exp(POWER_NAMESPACE::_EstCseriesRoutine(x, e, d.q, dfe, n, x));
 }

@@ -120,7 +120,7 @@ double _EstCseriesRoutine(double, double e, double q, double dfe, double n, doub
     if (std::isinf(n)) return -std::numeric_limits<double>::infinity();  // any effect shows
     const double a = n / 2, b = q / 2, d = dfe / 2;
     const auto series = log_series(x2, e, a, b, d);
-    return series ? *series : log_mixture(x2, e, a, b, d);
+    return std::min(series ? *series : log_mixture(x2, e, a, b, d), 0.0);  // rounding above 0 taken off
 }
 
 double _LogCk(double k, double e, double q, double dfe, double n, double x) {

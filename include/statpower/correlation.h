@@ -10,7 +10,7 @@
 //   N        sample size; may be fractional
 //   k        partial correlation: number of variables partialled out, at least 0
 //   r, r0    the alternative and the null correlation, from -1 to 1
-//   alpha    significance level, between 0 and 1, both excluded (below 2^-55 it counts as 0)
+//   alpha    significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
 //   power    target power, not checked
 //   cancel   asked by the search before every doubling and halving; may be null
 //
@@ -101,8 +101,7 @@ STATPOWER_API double PowerReversebyHalfCIOneSampSpearman(int method, OrvCommon_9
 STATPOWER_API double PowerReversebyHalfCIOneSampPartial(OrvCommon_940::OrvQueryCancel* cancel,
                                                         double halfWidth, double k, double r, double alpha);
 
-// ---- Curves and surfaces of the power
-// ----------------------------------------------------------------------
+// ---- Curves and surfaces of the power --------------------------------------------------------------------
 
 // Every curve returns the empty result unless N > 3 (partial: k >= 0 and N > k + 3), the correlations that it
 // takes lie within [-1, 1], 0 < alpha < 1 and, where it takes a step, 0 < step <= 0.5; a surface checks N, r
@@ -111,26 +110,22 @@ STATPOWER_API double PowerReversebyHalfCIOneSampPartial(OrvCommon_940::OrvQueryC
 // function as they are.
 //
 // Axes
-//   N            nMin, nMin + 1, ..., nMax. In PlotNRiskDiff every second one when nMax - nMin > 999, the
-//   last
-//                one then reaching or passing nMax.
-//   r or r0      -1, -1 + step, ...: 2 / step truncated, plus 1 points
-//   r - r0       the same number of points from -1 - r0 upwards (the width of the range, computed as
-//                (1 - r0) - (-1 - r0), takes the place of 2). In PlotNRiskDiff the ceiling of width / (width
-//                step), plus 1 points with that step, so that r covers only -1 to about 0.
+//   N         nMin, nMin + 1, ..., nMax. In PlotNRiskDiff every second one when nMax - nMin > 999, and the
+//             last one then reaches or passes nMax.
+//   r, r0     -1, -1 + step, ...: 2 / step truncated, plus 1 points
+//   r - r0    -1 - r0, -1 - r0 + step, ...: width / step truncated, plus 1 points, with the width of the
+//             range computed as (1 - r0) - (-1 - r0). In PlotNRiskDiff the ceiling of width / (width step),
+//             plus 1 points with that step, so that r covers only -1 to about 0.
 //
-// nMin, nMax     Every range is refused when nMax < nMin, and one that is not a default when nMin is 1, 2 or
-// 3
-//                or nMax > 5000. Beyond that:
-//   Pearson      no default: nMin = 0 is taken literally and the points with N <= 3 hold -1. PlotN refuses
-//                nMin = nMax, the surfaces over r and r0 refuse it unless both are 0, and PlotNRiskDiff needs
-//                4 <= nMin < nMax.
-//   Spearman     PlotN and PlotNRiskDiff need 4 <= nMin < nMax. In the other two, 0 for nMin or nMax stands
-//   for
-//                the default range: with P the power at N, from (1 - P) N, but at least 4, to (2 - P) N.
-//   partial      refused when nMin > nMax, when nMin, unless it is 0, equals nMax or is below k + 4, and when
-//                nMax > k + 5000; 0 for nMin or nMax stands for the default range, from k + 4 to k + 5000
-//                (k truncated).
+// Ranges nMin, nMax that are refused, and defaults
+//   Pearson   PlotN: nMin of 1, 2 or 3, nMax <= nMin, nMax > 5000. PlotNNull, PlotNAlter: the same, but both
+//             may be 0. No default: nMin = 0 is taken literally, and points with N <= 3 hold -1.
+//             PlotNRiskDiff: all but 4 <= nMin < nMax <= 5000.
+//   Spearman  PlotN, PlotNRiskDiff: all but 4 <= nMin < nMax <= 5000. PlotNNull, PlotNAlter: nMin of 1, 2 or
+//             3, nMax > 5000, and nMax < nMin unless one is 0; there 0 for nMin or nMax stands for the
+//             default, with P the power at N, from (1 - P) N, but at least 4, to (2 - P) N.
+//   partial   nMax < nMin; nMin, unless it is 0, equal to nMax or below k + 4; nMax > k + 5000. 0 for nMin or
+//             nMax stands for the default, from k + 4 to k + 5000 (k truncated).
 
 // Pearson's correlation
 

@@ -16,7 +16,7 @@
 //   f2         effect size f^2 (Cohen), explained over unexplained variance; not checked. Negative: with
 //   fixed
 //              predictors the power counts as 1, with random ones it is NaN.
-//   alpha      significance level, between 0 and 1, both excluded (below 2^-55 it counts as 0)
+//   alpha      significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
 //   power      target power, not checked
 //
 // Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when no N

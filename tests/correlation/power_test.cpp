@@ -39,9 +39,10 @@ TEST(CorrelationPower, IsMinusOneForACorrelationBeyondOne) {
 
 TEST(CorrelationPower, IsMinusOneUnlessAlphaIsBetweenZeroAndOne) {
     for (Kind kind : kAllKinds) {
-        for (double alpha : {0.0, 1.0, -0.1, 1.5, 1e-20, kNaN})
+        for (double alpha : {0.0, 1.0, -0.1, 1.5, 1e-20, 0x1p-55, kNaN})
             EXPECT_EQ(power(kind, 1, 20, 2, 0.3, 0, alpha), -1);
-        for (double alpha : {1e-16, 1 - 1e-16}) EXPECT_GE(power(kind, 1, 20, 2, 0.3, 0, alpha), 0);
+        for (double alpha : {std::nextafter(0x1p-55, 1.0), 1 - 1e-16})
+            EXPECT_GE(power(kind, 1, 20, 2, 0.3, 0, alpha), 0);
     }
 }
 

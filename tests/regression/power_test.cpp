@@ -110,9 +110,11 @@ TEST(RegressionPower, NeedsPredictorsAndAlphaInRange) {
         both_refuse(40, kNaN, 1, 0.05);
         both_refuse(40, 3, kNaN, 0.05);
         both_refuse(kNaN, 3, 3, 0.05);
-        for (double alpha : {0.0, 1.0, -0.2, kNaN}) both_refuse(40, 3, 3, alpha);
-        EXPECT_GE(Powerbymlr(random, true, 40, 1, 1, 0.5, 0, 0.05), 0);
-        EXPECT_GE(PowerbymlrwES(random, true, 40, 1, 1, 0.2, 0.05), 0);
+        for (double alpha : {0.0, 0x1p-55, 1.0, -0.2, kNaN}) both_refuse(40, 3, 3, alpha);
+        for (double alpha : {std::nextafter(0x1p-55, 1.0), 0.05, std::nextafter(1.0, 0.0)}) {
+            EXPECT_GE(Powerbymlr(random, true, 40, 1, 1, 0.5, 0, alpha), 0);
+            EXPECT_GE(PowerbymlrwES(random, true, 40, 1, 1, 0.2, alpha), 0);
+        }
     }
 }
 
