@@ -103,7 +103,7 @@ double beta_prefix(const BetaPoint& p) {
                                   : v - std::log(p.y * (n / p.b));
     const double deviances = p.a * du + p.b * dv;
     if (std::min(p.a, p.b) >= 0.5)
-        return std::sqrt(p.b / n / p.a) * kInvSqrt2Pi *
+        return std::sqrt(p.b / (n * p.a)) * kInvSqrt2Pi *
                std::exp(stirling_error(n) - stirling_error(p.a) - stirling_error(p.b) - deviances);
     const GammaFactor fn = gamma_factor(n), fa = gamma_factor(p.a), fb = gamma_factor(p.b);
     return std::sqrt(fn.square / (fa.square * fb.square)) * (p.b / n) * kInvSqrt2Pi *
@@ -119,11 +119,11 @@ bool beta_series_is_short(const BetaPoint& p, double terms) {
 }
 
 Tails beta_tails(const BetaPoint& p, double prefix) {
-    // With a parameter below one half the mean is no middle: near that end its series serves both tails.
-    const double mirrored_prefix = prefix * p.a / p.b;
+    // (Seen from the other end, the prefix is prefix * a / b.)
     if (p.deviation <= 0) {
+        // With a parameter below one half the mean is no middle: near that end its series serves both tails.
         if (has_short_end(p.b, p.y, p.a + p.b)) {
-            const double upper = mirrored_prefix * series(p.mirrored());
+            const double upper = prefix * p.a / p.b * series(p.mirrored());
             // (A small lower tail is better computed by itself, where that does not take long.)
             if (upper < 0.9 || p.y < 0.02) return Tails::from_upper(upper);
         }
@@ -135,7 +135,7 @@ Tails beta_tails(const BetaPoint& p, double prefix) {
         const double lower = prefix * series(p);
         if (lower < 0.96) return Tails::from_lower(lower);
     }
-    return Tails::from_upper(lower_tail(p.mirrored(), mirrored_prefix));
+    return Tails::from_upper(lower_tail(p.mirrored(), prefix * p.a / p.b));
 }
 
 Tails beta_cdf(double x, double a, double b) {

@@ -124,6 +124,52 @@ TEST(BetaTails, AreElementaryWhereAParameterIsOne) {
     }
 }
 
+TEST(NoncentralF, OfASmallNoncentralityIsTheCentralOneAndAFirstCorrection) {
+    // With h = noncentrality / 2, P = (1 - h) I_x(a, b) + h I_x(a + 1, b) but for h^2.
+    for (double noncentrality : {1e-300, 1e-40, 1e-20, 1e-17, 3e-17, 1e-12, 1e-9, 1e-7})
+        for (double a : {0.5, 3.0, 50.0, 900.0, 2e4})
+            for (double b : {0.5, 2.0, 30.0, 2000.0})
+                for (double f : {0.1, 0.3, 0.6, 0.8, 0.93, 1.0, 1.2, 3.0}) {
+                    const BetaPoint p = BetaPoint::at_ratio(two_product(a, f), a, b);
+                    BetaPoint next = p;
+                    next.a += 1;
+                    next.deviation -= p.y;
+                    const double h = noncentrality / 2, central = beta_tails(p).lower;
+                    if (central < 1e-30) continue;
+                    const double expected = central - h * (central - beta_tails(next).lower);
+                    EXPECT_NEAR(noncentral_f(f, 2 * a, 2 * b, noncentrality).lower / expected, 1, 1e-12)
+                        << noncentrality << ' ' << a << ' ' << b << ' ' << f;
+                }
+}
+
+TEST(NoncentralT, OfASmallNoncentralityIsNearlyCentral) {
+    for (double delta : {0.0, 1e-300, 1e-170, 1e-30, 1e-17})
+        for (double df : {0.5, 3.0, 400.0, 1e9})
+            for (double t : {1e-3, 0.4, 2.0, 30.0}) {
+                const double central =
+                    0.5 + 0.5 * beta_tails(BetaPoint::at_ratio({t * t / 2, 0}, 0.5, df / 2)).lower;
+                EXPECT_NEAR(noncentral_t(t, df, delta).lower, central, 1e-15)
+                    << delta << ' ' << df << ' ' << t;
+                EXPECT_NEAR(noncentral_t(-t, df, delta).lower, 1 - central, 1e-15)
+                    << delta << ' ' << df << ' ' << t;
+            }
+}
+
+TEST(NoncentralT, NearZeroGrowsByItsDensityThere) {
+    // P(0 < T <= t) = t times the density at 0, phi(delta) Gamma((df + 1)/2) / Gamma(df/2) / sqrt(df/2), for small t.
+    for (double delta : {4.0, 5.0, 8.0, 10.5})
+        for (double df : {1.0, 30.0, 1e5})
+            for (double t : {1e-13, 1e-9, 1e-7}) {
+                const double density =
+                    kInvSqrt2Pi * std::exp(-delta * delta / 2) * gamma_half_ratio(df / 2) / std::sqrt(df / 2);
+                // (to first order in t: the next is t delta times as large)
+                const double growth = noncentral_t(t, df, delta).lower - normal_cdf(-delta);
+                EXPECT_NEAR(growth / normal_cdf(-delta), t * density / normal_cdf(-delta),
+                            t * delta * t * delta * 10 + 1e-14)
+                    << t << ' ' << df << ' ' << delta;
+            }
+}
+
 TEST(NoncentralF, FarBelowItsModeIsTheFirstTermOfTheMixture) {
     // P(F <= x) -> e^(-h) P(central F <= x) for x -> 0; with df1 = 2 the latter is 1 - (1 + 2 x / df2)^(-df2
     // / 2).
