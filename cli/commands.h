@@ -6,6 +6,9 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
+void add_contrast(CLI::App& app);
+void add_pairwise(CLI::App& app);
+void add_means(CLI::App& app);
 void add_correlations(CLI::App& app);
 void add_regression(CLI::App& app);
 

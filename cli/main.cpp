@@ -13,6 +13,9 @@ int run(int argc, char** argv) {
     CLI::App app("Power, sample size and precision of statistical tests.", "statpower");
     app.require_subcommand(1);
     cli::add_anova(app);
+    cli::add_contrast(app);
+    cli::add_pairwise(app);
+    cli::add_means(app);
     cli::add_correlations(app);
     cli::add_regression(app);
     try {

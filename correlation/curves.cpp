@@ -90,12 +90,6 @@ Axis sizes(const SampleSizeRange& range) {
     return sample_sizes(range.min, range.max);
 }
 
-/// Every size, or every second one of a long range.
-Axis thinned_sizes(const SampleSizeRange& range) {
-    const bool is_long = static_cast<double>(range.max) - range.min > 999;
-    return sample_sizes(range.min, range.max, is_long ? 2 : 1);
-}
-
 bool is_too_small(int nMin) {
     return nMin >= 1 && nMin <= 3;
 }
@@ -177,7 +171,7 @@ XYPlot over_difference(const Test& test, double N, double r0, double alpha, doub
 template <class Test>
 XYZPlot over_size_and_difference(const Test& test, const Range& range, const Design& d, double step) {
     if (!(range && is_valid(test, d) && is_step(step))) return {};
-    return surface(thinned_sizes(*range), lower_differences(d.r0, step),
+    return surface(surface_sample_sizes(range->min, range->max), lower_differences(d.r0, step),
                    [&](double N, double y) { return test.power(N, y + d.r0, d.r0, d.alpha); });
 }
 

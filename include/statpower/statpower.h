@@ -4,4 +4,5 @@
 #include "statpower/anova.h"
 #include "statpower/core.h"
 #include "statpower/correlation.h"
+#include "statpower/means.h"
 #include "statpower/regression.h"

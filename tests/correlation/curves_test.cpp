@@ -8,34 +8,11 @@
 
 #include "correlation/correlation.h"
 #include "correlation/kinds.h"
+#include "support/plot.h"
 
 using namespace testing_support;
 
 namespace {
-
-/// A result as vectors, with the library's arrays released.
-struct Curve {
-    std::vector<double> x, y;
-
-    Curve(XYPlot plot) : x(plot.x, plot.x + plot.count), y(plot.y, plot.y + plot.count) {
-        EXPECT_EQ(plot.x == nullptr, plot.count == 0);
-        EXPECT_EQ(plot.y == nullptr, plot.count == 0);
-        FreeMemXYPlot(plot);
-    }
-    bool empty() const { return x.empty(); }
-};
-
-struct Surface {
-    std::vector<double> x, y, z;
-
-    Surface(XYZPlot plot)
-        : x(plot.x, plot.x + plot.nx), y(plot.y, plot.y + plot.ny), z(plot.z, plot.z + plot.nx * plot.ny) {
-        EXPECT_EQ(plot.x == nullptr, plot.nx == 0);
-        EXPECT_EQ(plot.y == nullptr, plot.ny == 0);
-        FreeMemXYZPlot(plot);
-    }
-    bool empty() const { return x.empty() && y.empty() && z.empty(); }
-};
 
 /// The curves of one test with its flags and its number of variables partialled out, behind one set of
 /// arguments.
@@ -126,7 +103,7 @@ constexpr Count kCounts[] = {{0.1, 21, 11}, {0.05, 41, 21}, {0.3, 7, 5}, {0.49, 
 
 TEST(CorrelationCurve, OverSizeHoldsThePowerAtEveryWholeSize) {
     for (const auto& f : families()) {
-        const Curve c = f.over_size(6, 20, 30, 0.4, 0.1, 0.05);
+        const Curve c = take(f.over_size(6, 20, 30, 0.4, 0.1, 0.05));
         EXPECT_EQ(c.x, whole_numbers(6, 20)) << f.name;
         for (std::size_t i = 0; i < c.x.size(); ++i)
             EXPECT_EQ(c.y[i], narrowed(f.power(c.x[i], 0.4, 0.1, 0.05))) << f.name;
@@ -136,7 +113,7 @@ TEST(CorrelationCurve, OverSizeHoldsThePowerAtEveryWholeSize) {
 TEST(CorrelationCurve, OverTheNullStepsFromMinusOneUpwards) {
     for (const auto& f : families())
         for (const auto& n : kCounts) {
-            const Curve c = f.over_null(30, 0.4, 0.05, n.step);
+            const Curve c = take(f.over_null(30, 0.4, 0.05, n.step));
             EXPECT_EQ(c.x, points(n.whole_range, [&](int i) { return i * n.step - 1; })) << f.name;
             for (std::size_t i = 0; i < c.x.size(); ++i)
                 EXPECT_EQ(c.y[i], narrowed(f.power(30, 0.4, c.x[i], 0.05))) << f.name;
@@ -146,7 +123,7 @@ TEST(CorrelationCurve, OverTheNullStepsFromMinusOneUpwards) {
 TEST(CorrelationCurve, OverTheAlternativeStepsFromMinusOneUpwards) {
     for (const auto& f : families())
         for (const auto& n : kCounts) {
-            const Curve c = f.over_alternative(30, 0.4, 0.05, n.step);
+            const Curve c = take(f.over_alternative(30, 0.4, 0.05, n.step));
             EXPECT_EQ(c.x, points(n.whole_range, [&](int i) { return i * n.step - 1; })) << f.name;
             for (std::size_t i = 0; i < c.x.size(); ++i)
                 EXPECT_EQ(c.y[i], narrowed(f.power(30, c.x[i], 0.4, 0.05))) << f.name;
@@ -156,7 +133,7 @@ TEST(CorrelationCurve, OverTheAlternativeStepsFromMinusOneUpwards) {
 TEST(CorrelationCurve, OverTheDifferenceCoversTheWholeRange) {
     for (const auto& f : families())
         for (const auto& n : kCounts) {
-            const Curve c = f.over_difference(30, 0.3, 0.05, n.step);
+            const Curve c = take(f.over_difference(30, 0.3, 0.05, n.step));
             EXPECT_EQ(c.x, points(n.whole_range, [&](int i) { return i * n.step + (-1 - 0.3); })) << f.name;
             for (std::size_t i = 0; i < c.x.size(); ++i)
                 EXPECT_EQ(c.y[i], narrowed(f.power(30, c.x[i] + 0.3, 0.3, 0.05))) << f.name;
@@ -165,7 +142,7 @@ TEST(CorrelationCurve, OverTheDifferenceCoversTheWholeRange) {
 
 TEST(CorrelationCurve, OverTheDifferenceHoldsMinusOneWhereRoundingCarriesTheAlternativeBeyondOne) {
     for (const auto& f : families()) {
-        const Curve c = f.over_difference(30, -0.16, 0.05, 0.1);
+        const Curve c = take(f.over_difference(30, -0.16, 0.05, 0.1));
         ASSERT_EQ(c.x.size(), 21u);
         ASSERT_GT(c.x.back() + -0.16, 1);
         EXPECT_EQ(c.y.back(), -1);
@@ -175,7 +152,7 @@ TEST(CorrelationCurve, OverTheDifferenceHoldsMinusOneWhereRoundingCarriesTheAlte
 TEST(CorrelationSurface, OverSizeAndDifferenceCoversTheLowerHalfOfTheDifferencesOnly) {
     for (const auto& f : families())
         for (const auto& n : kCounts) {
-            const Surface s = f.over_size_and_difference(10, 12, 30, 0.4, 0.3, 0.05, n.step);
+            const Surface s = take(f.over_size_and_difference(10, 12, 30, 0.4, 0.3, 0.05, n.step));
             EXPECT_EQ(s.x, whole_numbers(10, 12)) << f.name;
             EXPECT_EQ(s.y, points(n.half_range, [&](int j) { return j * n.step + (-1 - 0.3); })) << f.name;
             for (std::size_t i = 0; i < s.x.size(); ++i)
@@ -188,7 +165,7 @@ TEST(CorrelationSurface, OverSizeAndDifferenceCoversTheLowerHalfOfTheDifferences
 TEST(CorrelationSurface, OverSizeAndDifferenceStepsBySizesOfTwoInALongRange) {
     for (const auto& f : families()) {
         const auto sizes = [&](int nMin, int nMax) {
-            return Surface(f.over_size_and_difference(nMin, nMax, 30, 0.4, 0.3, 0.05, 0.5)).x;
+            return take(f.over_size_and_difference(nMin, nMax, 30, 0.4, 0.3, 0.05, 0.5)).x;
         };
         EXPECT_EQ(sizes(10, 1009), whole_numbers(10, 1009)) << f.name;  // 999 apart
         EXPECT_EQ(sizes(10, 1010), points(501, [](int i) { return 10 + 2 * i; })) << f.name;
@@ -200,7 +177,7 @@ TEST(CorrelationSurface, OverSizeAndDifferenceStepsBySizesOfTwoInALongRange) {
 TEST(CorrelationSurface, OverSizeAndNullFeedsTheSecondAxisToTheNull) {
     for (const auto& f : families())
         for (const auto& n : kCounts) {
-            const Surface s = f.over_size_and_null(10, 12, 30, 0.4, 0.3, 0.05, n.step);
+            const Surface s = take(f.over_size_and_null(10, 12, 30, 0.4, 0.3, 0.05, n.step));
             EXPECT_EQ(s.x, whole_numbers(10, 12)) << f.name;
             EXPECT_EQ(s.y, points(n.whole_range, [&](int j) { return j * n.step - 1; })) << f.name;
             for (std::size_t i = 0; i < s.x.size(); ++i)
@@ -211,7 +188,7 @@ TEST(CorrelationSurface, OverSizeAndNullFeedsTheSecondAxisToTheNull) {
 
 TEST(CorrelationSurface, OverSizeAndAlternativeFeedsTheSecondAxisToTheAlternative) {
     for (const auto& f : families()) {
-        const Surface s = f.over_size_and_alternative(10, 1211, 30, 0.4, 0.3, 0.05, 0.3);
+        const Surface s = take(f.over_size_and_alternative(10, 1211, 30, 0.4, 0.3, 0.05, 0.3));
         EXPECT_EQ(s.x, whole_numbers(10, 1211)) << f.name;  // in steps of one even here
         EXPECT_EQ(s.y, points(7, [](int j) { return j * 0.3 - 1; })) << f.name;
         for (std::size_t i = 0; i < s.x.size(); i += 97)
@@ -222,7 +199,7 @@ TEST(CorrelationSurface, OverSizeAndAlternativeFeedsTheSecondAxisToTheAlternativ
 
 TEST(CorrelationSurface, OverNullAndAlternativeFeedsTheOuterAxisToTheNull) {
     for (const auto& f : families()) {
-        const Surface s = f.over_null_and_alternative(30, 0.05, 0.3);
+        const Surface s = take(f.over_null_and_alternative(30, 0.05, 0.3));
         EXPECT_EQ(s.x, points(7, [](int i) { return i * 0.3 - 1; })) << f.name;
         EXPECT_EQ(s.y, s.x);
         for (std::size_t i = 0; i < s.x.size(); ++i)
@@ -232,24 +209,24 @@ TEST(CorrelationSurface, OverNullAndAlternativeFeedsTheOuterAxisToTheNull) {
 }
 
 TEST(PartialCurve, OverTheVariablesPartialledOutStartsAtNone) {
-    const Curve c = PlotNPartialoutOneSampPartial(1, 10, 0.4, 0.1, 0.05);
+    const Curve c = take(PlotNPartialoutOneSampPartial(1, 10, 0.4, 0.1, 0.05));
     EXPECT_EQ(c.x, whole_numbers(0, 5));
     for (std::size_t i = 0; i < c.x.size(); ++i)
         EXPECT_EQ(c.y[i], narrowed(PowerbyOneSampPartial(1, 10, c.x[i], 0.4, 0.1, 0.05)));
-    EXPECT_EQ(Curve(PlotNPartialoutOneSampPartial(1, 10.75, 0.4, 0.1, 0.05)).x, whole_numbers(0, 5));
-    EXPECT_EQ(Curve(PlotNPartialoutOneSampPartial(1, 5, 0.4, 0.1, 0.05)).x, whole_numbers(0, 0));
+    EXPECT_EQ(take(PlotNPartialoutOneSampPartial(1, 10.75, 0.4, 0.1, 0.05)).x, whole_numbers(0, 5));
+    EXPECT_EQ(take(PlotNPartialoutOneSampPartial(1, 5, 0.4, 0.1, 0.05)).x, whole_numbers(0, 0));
 }
 
 TEST(PartialCurve, OverTheVariablesPartialledOutIsEmptyBelowASampleOfFive) {
     for (double N : {3.0, 3.5, 4.0, 4.75, -7.0, kNaN, kInfinity, 1e12})
-        EXPECT_TRUE(Curve(PlotNPartialoutOneSampPartial(1, N, 0.4, 0.1, 0.05)).empty()) << N;
+        EXPECT_TRUE(take(PlotNPartialoutOneSampPartial(1, N, 0.4, 0.1, 0.05)).x.empty()) << N;
 }
 
 TEST(PartialCurve, OverTheVariablesPartialledOutChecksItsArguments) {
     for (double bad : {1.5, -1.5, kNaN}) {
-        EXPECT_TRUE(Curve(PlotNPartialoutOneSampPartial(1, 10, bad, 0.1, 0.05)).empty());
-        EXPECT_TRUE(Curve(PlotNPartialoutOneSampPartial(1, 10, 0.4, bad, 0.05)).empty());
-        EXPECT_TRUE(Curve(PlotNPartialoutOneSampPartial(1, 10, 0.4, 0.1, bad)).empty());
+        EXPECT_TRUE(take(PlotNPartialoutOneSampPartial(1, 10, bad, 0.1, 0.05)).x.empty());
+        EXPECT_TRUE(take(PlotNPartialoutOneSampPartial(1, 10, 0.4, bad, 0.05)).x.empty());
+        EXPECT_TRUE(take(PlotNPartialoutOneSampPartial(1, 10, 0.4, 0.1, bad)).x.empty());
     }
 }
 
@@ -258,14 +235,14 @@ TEST(PartialCurve, OverTheVariablesPartialledOutChecksItsArguments) {
 /// Which of the curves and surfaces of a family come out, in the order in which Family lists them. r goes to
 /// those that take it, and so on.
 std::vector<bool> present(const Family& f, double N, double r, double r0, double alpha, double step) {
-    return {!Curve(f.over_size(8, 12, N, r, r0, alpha)).empty(),
-            !Curve(f.over_null(N, r, alpha, step)).empty(),
-            !Curve(f.over_alternative(N, r0, alpha, step)).empty(),
-            !Curve(f.over_difference(N, r0, alpha, step)).empty(),
-            !Surface(f.over_size_and_difference(8, 12, N, r, r0, alpha, step)).empty(),
-            !Surface(f.over_size_and_null(8, 12, N, r, r0, alpha, step)).empty(),
-            !Surface(f.over_size_and_alternative(8, 12, N, r, r0, alpha, step)).empty(),
-            !Surface(f.over_null_and_alternative(N, alpha, step)).empty()};
+    return {!take(f.over_size(8, 12, N, r, r0, alpha)).x.empty(),
+            !take(f.over_null(N, r, alpha, step)).x.empty(),
+            !take(f.over_alternative(N, r0, alpha, step)).x.empty(),
+            !take(f.over_difference(N, r0, alpha, step)).x.empty(),
+            !take(f.over_size_and_difference(8, 12, N, r, r0, alpha, step)).x.empty(),
+            !take(f.over_size_and_null(8, 12, N, r, r0, alpha, step)).x.empty(),
+            !take(f.over_size_and_alternative(8, 12, N, r, r0, alpha, step)).x.empty(),
+            !take(f.over_null_and_alternative(N, alpha, step)).x.empty()};
 }
 
 const std::vector<bool> kAll(8, true), kNone(8, false);
@@ -310,10 +287,10 @@ TEST(CorrelationCurves, AreEmptyForAStepThatGivesNoWholeNumberOfPoints) {
 
 TEST(CorrelationCurves, OfAnUnknownSpearmanMethodHoldMinusOne) {
     const Family f = spearman(5, 0);
-    EXPECT_EQ(Curve(f.over_size(4, 6, 20, 0.3, 0.1, 0.05)).y, std::vector<double>(3, -1));
-    EXPECT_EQ(Curve(f.over_null(20, 0.3, 0.05, 0.5)).y, std::vector<double>(5, -1));
-    EXPECT_EQ(Surface(f.over_null_and_alternative(20, 0.05, 0.5)).z, std::vector<double>(25, -1));
-    const Surface defaulted = f.over_size_and_null(0, 0, 20, 0.3, 0.1, 0.05, 0.5);
+    EXPECT_EQ(take(f.over_size(4, 6, 20, 0.3, 0.1, 0.05)).y, std::vector<double>(3, -1));
+    EXPECT_EQ(take(f.over_null(20, 0.3, 0.05, 0.5)).y, std::vector<double>(5, -1));
+    EXPECT_EQ(take(f.over_null_and_alternative(20, 0.05, 0.5)).z, std::vector<double>(25, -1));
+    const Surface defaulted = take(f.over_size_and_null(0, 0, 20, 0.3, 0.1, 0.05, 0.5));
     EXPECT_EQ(defaulted.x, whole_numbers(40, 60));  // (1 - -1) 20 to (2 - -1) 20
     EXPECT_EQ(defaulted.z, std::vector<double>(21 * 5, -1));
 }
@@ -330,11 +307,11 @@ Ends ends(const std::vector<double>& x) {
 enum Member { kOverSize, kDifference, kNull, kAlternative };
 
 Ends range(const Family& f, Member member, int nMin, int nMax) {
-    if (member == kOverSize) return ends(Curve(f.over_size(nMin, nMax, 30, 0.4, 0.1, 0.05)).x);
+    if (member == kOverSize) return ends(take(f.over_size(nMin, nMax, 30, 0.4, 0.1, 0.05)).x);
     const auto& surface = member == kDifference ? f.over_size_and_difference
                           : member == kNull     ? f.over_size_and_null
                                                 : f.over_size_and_alternative;
-    return ends(Surface(surface(nMin, nMax, 30, 0.4, 0.1, 0.05, 0.5)).x);
+    return ends(take(surface(nMin, nMax, 30, 0.4, 0.1, 0.05, 0.5)).x);
 }
 
 TEST(PearsonRange, HasNoDefaultAndTakesZeroLiterally) {
@@ -344,7 +321,7 @@ TEST(PearsonRange, HasNoDefaultAndTakesZeroLiterally) {
         EXPECT_EQ(range(f, member, -3, 0), Ends({-3, 0}));
         EXPECT_EQ(range(f, member, 0, -1), Ends());
     }
-    const Curve c = f.over_size(0, 4, 30, 0.4, 0.1, 0.05);
+    const Curve c = take(f.over_size(0, 4, 30, 0.4, 0.1, 0.05));
     EXPECT_EQ(std::vector<double>(c.y.begin(), c.y.end() - 1), std::vector<double>(4, -1));
     EXPECT_GE(c.y.back(), 0);
 }

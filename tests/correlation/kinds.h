@@ -1,14 +1,10 @@
 // The kinds of correlation of the tables in tests/data/correlation, behind one set of arguments.
 #pragma once
 
-#include <limits>
-
 #include "statpower/correlation.h"
+#include "support/values.h"
 
 namespace testing_support {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 enum Kind { kPearson, kCorrectedPearson, kPartial, kSpearman0, kSpearman1, kSpearman2 };
 constexpr Kind kAllKinds[] = {kPearson, kCorrectedPearson, kPartial, kSpearman0, kSpearman1, kSpearman2};

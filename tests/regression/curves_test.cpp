@@ -8,32 +8,14 @@
 
 #include "regression/regression.h"
 #include "statpower/regression.h"
+#include "support/plot.h"
+#include "support/values.h"
+
+using namespace testing_support;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr int kFixed = 0, kRandom = 1, kRandomToo = 2;
-
-/// A result as vectors, with the library's arrays released.
-struct Curve {
-    std::vector<double> x, y;
-
-    Curve(XYPlot plot) : x(plot.x, plot.x + plot.count), y(plot.y, plot.y + plot.count) {
-        FreeMemXYPlot(plot);
-    }
-    bool empty() const { return x.empty(); }
-};
-
-struct Surface {
-    std::vector<double> x, y, z;
-
-    Surface(XYZPlot plot)
-        : x(plot.x, plot.x + plot.nx), y(plot.y, plot.y + plot.ny), z(plot.z, plot.z + plot.nx * plot.ny) {
-        FreeMemXYZPlot(plot);
-    }
-    bool empty() const { return x.empty() && y.empty() && z.empty(); }
-};
 
 double narrowed(double power) {
     return static_cast<double>(static_cast<float>(power));
@@ -56,24 +38,26 @@ struct Design {
     int nMin = 20, nMax = 24;
     double N = 30, p = 4, q = 2, R2full = 0.5, R2red = 0.4, f2 = 0.2, alpha = 0.05, step = 0.5;
 
-    Curve over_size() const { return PlotNmlr(random, intercept, nMin, nMax, p, q, R2full, R2red, alpha); }
-    Curve over_size_es() const { return PlotNmlrFES(random, intercept, nMin, nMax, p, q, f2, alpha); }
-    Curve over_correlation() const { return PlotCorrmlr(random, intercept, N, p, q, alpha, step); }
-    Curve over_effect() const { return PlotESmlr(random, intercept, N, p, q, alpha, step); }
+    Curve over_size() const {
+        return take(PlotNmlr(random, intercept, nMin, nMax, p, q, R2full, R2red, alpha));
+    }
+    Curve over_size_es() const { return take(PlotNmlrFES(random, intercept, nMin, nMax, p, q, f2, alpha)); }
+    Curve over_correlation() const { return take(PlotCorrmlr(random, intercept, N, p, q, alpha, step)); }
+    Curve over_effect() const { return take(PlotESmlr(random, intercept, N, p, q, alpha, step)); }
     Surface over_size_and_correlation() const {
-        return PlotNaCorrmlr(random, intercept, nMin, nMax, N, p, q, R2full, R2red, alpha, step);
+        return take(PlotNaCorrmlr(random, intercept, nMin, nMax, N, p, q, R2full, R2red, alpha, step));
     }
     Surface over_size_and_effect() const {
-        return PlotNaESmlr(random, intercept, nMin, nMax, N, p, q, f2, alpha, step);
+        return take(PlotNaESmlr(random, intercept, nMin, nMax, N, p, q, f2, alpha, step));
     }
     /// Which of the six, in this order, are not empty.
     std::vector<bool> present() const {
-        return {!over_size().empty(),
-                !over_size_es().empty(),
-                !over_correlation().empty(),
-                !over_effect().empty(),
-                !over_size_and_correlation().empty(),
-                !over_size_and_effect().empty()};
+        return {!over_size().x.empty(),
+                !over_size_es().x.empty(),
+                !over_correlation().x.empty(),
+                !over_effect().x.empty(),
+                !over_size_and_correlation().x.empty(),
+                !over_size_and_effect().x.empty()};
     }
 };
 
@@ -101,7 +85,7 @@ TEST(RegressionCurve, HoldsThePowerAtEveryPoint) {
             const Design d =
                 with([=](Design& b) { b.random = random, b.intercept = intercept, b.step = 0.3; });
             const auto check = [](const Curve& c, std::function<double(double)> power) {
-                ASSERT_FALSE(c.empty());
+                ASSERT_FALSE(c.x.empty());
                 for (std::size_t i = 0; i < c.x.size(); ++i) EXPECT_EQ(c.y[i], narrowed(power(c.x[i])));
             };
             check(d.over_size(),
@@ -119,7 +103,7 @@ TEST(RegressionSurface, HoldsThePowerAtEveryPointRowByRow) {
     for (int random : {kFixed, kRandom, kRandomToo}) {
         const Design d = with_step(random, 0.3);
         const auto check = [](const Surface& s, std::function<double(double, double)> power) {
-            ASSERT_FALSE(s.empty());
+            ASSERT_FALSE(s.x.empty());
             ASSERT_EQ(s.z.size(), s.x.size() * s.y.size());
             for (std::size_t i = 0; i < s.x.size(); ++i)
                 for (std::size_t j = 0; j < s.y.size(); ++j)

@@ -9,6 +9,7 @@
 #include "statpower/regression.h"
 #include "support/record.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using namespace testing_support;
@@ -16,8 +17,6 @@ using OrvCommon_940::OrvMV;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr int kFixed = 0, kRandom = 1;
 
 // ---- Power -----------------------------------------------------------------------------------------------

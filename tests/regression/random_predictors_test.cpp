@@ -10,15 +10,13 @@
 #include "regression/regression.h"
 #include "statpower/regression.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvMath_940::OrvDistFun;
-using testing_support::read_table;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // ---- The series, term by term ----------------------------------------------------------------------------
 
