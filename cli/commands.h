@@ -11,5 +11,7 @@ void add_pairwise(CLI::App& app);
 void add_means(CLI::App& app);
 void add_one_sample_binomial(CLI::App& app);
 void add_related_binomial(CLI::App& app);
+void add_correlations(CLI::App& app);
+void add_regression(CLI::App& app);
 
 }  // namespace cli

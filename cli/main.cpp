@@ -20,6 +20,8 @@ int run(int argc, char** argv) {
     cli::add_means(app);
     cli::add_one_sample_binomial(app);
     cli::add_related_binomial(app);
+    cli::add_correlations(app);
+    cli::add_regression(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {
