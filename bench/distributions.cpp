@@ -132,8 +132,7 @@ BENCHMARK_CAPTURE(f_power, boost, f_power_boost)->Name("f_power/boost");
 // -----------------------------------------------------------
 
 /// The terms k = 0, 1, ... of the distribution of a squared multiple correlation of 0.3 with 5 predictors
-/// and 100 cases at
-/// 0.21, up to where their weights vanish; the time is of one term.
+/// and 100 cases at 0.21, up to where their weights vanish; the time is of one term.
 void random_predictor_series(benchmark::State& state, double (*cdf)(double, double, double)) {
     long status = 0;
     double last = 0;

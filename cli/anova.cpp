@@ -163,6 +163,8 @@ Table curve_of(const Design& d) {
 /// Where both sample size and effect vary, the current effect decides only which sample sizes are chosen.
 void check_effect(const Design& d) {
     const std::string& over = d.axes.over;
+    if (over.ends_with("variance-explained") && d.axes.es.high > 1)
+        refuse("--es-high", "must be at most 1 for a proportion of variance");
     if (over.ends_with("sd")) {
         if (!d.has_means()) refuse("--over " + over, "needs --means and --sd");
     } else if (over == "n") {

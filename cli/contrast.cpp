@@ -1,4 +1,5 @@
 // statpower contrast: a specified contrast of group means in a one-way design.
+#include <algorithm>
 #include <memory>
 
 #include "answer.h"
@@ -50,6 +51,8 @@ void check_contrast(Contrast& c, const std::string& sizes) {
     const double any_mean_will_do = EffectSizeSC(c.k(), c.sizes.data(), c.coefficients.data(), 1);
     if (OrvCommon_940::OrvMV::IsMissing(any_mean_will_do))
         refuse("--coefficients", "must sum to zero, or a last one between -1 and 1 must make them");
+    if (std::all_of(c.coefficients.begin(), c.coefficients.end(), [](double x) { return x == 0; }))
+        refuse("--coefficients", "must not all be zero");
 }
 
 void add_coefficients(CLI::App& command, Contrast& c) {
@@ -63,7 +66,7 @@ void add_test(CLI::App& command, Contrast& c) {
     auto* effect = command.add_option_group("effect", "How large is the effect?");
     effect->require_option(1);
     add_list(*effect, "--means", c.means, "Group means (with --sd)")->needs(sd);
-    effect->add_option("--es", c.es, "Contrast of the means in standard deviations");
+    effect->add_option("--es", c.es, "Contrast of the means in standard deviations")->check(kFinite);
     command.add_flag("--one-sided", c.one_sided, "One-sided t test (two-sided F test unless given)");
     add_alpha(command, c.alpha);
 }
@@ -145,13 +148,16 @@ void add_half_width_size(CLI::App& contrast) {
         std::vector<double> sizes;
         const double total = PowerReversebyHalfCISCTest(c->k(), c->sizes.data(), c->coefficients.data(),
                                                         &sizes, c->half_width, c->sd, c->alpha);
+        const double half_width =
+            HalfCISCTest(c->k(), sizes.data(), c->coefficients.data(), total, c->sd, c->alpha);
+        if (is_smallest_allocation(*c, total) && half_width > c->half_width)
+            throw NoAnswer("no sample size reaches the half-width");
         return Report{{"coefficients", c->coefficients},
                       {"target_half_width", c->half_width},
                       {"confidence", 1 - c->alpha},
                       {"group_sizes", sizes},
                       {"total", total},
-                      {"half_width",
-                       HalfCISCTest(c->k(), sizes.data(), c->coefficients.data(), total, c->sd, c->alpha)}};
+                      {"half_width", half_width}};
     });
     add_weights(*command, *c);
     add_coefficients(*command, *c);

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "options.h"
+
 namespace cli {
 
 /// What the user says of k groups and of the question.
@@ -53,7 +55,7 @@ struct Axes {
     Range<double> es;
     int steps = 20;
 
-    double step() const { return 1.0 / steps; }
+    double step() const { return step_fraction(steps); }
 };
 
 /// --over, whose first choice is the default, the ends of the axes of sample size and standard deviation, and

@@ -33,7 +33,7 @@ struct Question {
     int steps = 20;
 
     int directional() const { return one_sided ? 1 : 0; }
-    double step_fraction() const { return 1.0 / steps; }
+    double fraction() const { return step_fraction(steps); }
     const char* alternative() const { return one_sided ? "one-sided" : "two-sided"; }
 };
 
@@ -144,11 +144,11 @@ struct OneSample : OneSize {
     Table curve() const {
         if (over == "es")
             return table_of(PlotESOneSample(directional(), needed("--n", n, *this), es_low, es_high, alpha,
-                                            step_fraction()),
+                                            fraction()),
                             "es", "power");
         if (over == "n-es")
             return table_of(
-                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, step_fraction()),
+                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, fraction()),
                 "es", "n", "power");
         if (es) return table_of(PlotNOneSampleFES(n_low, n_high, directional(), *es, alpha), "n", "power");
         needed("--es or --mean", sd, *this);
@@ -211,11 +211,11 @@ struct Paired : OneSize {
     Table curve() const {
         if (over == "es")
             return table_of(PlotESRelated(directional(), needed("--n", n, *this), es_low, es_high, alpha,
-                                          step_fraction()),
+                                          fraction()),
                             "es", "power");
         if (over == "n-es")
             return table_of(
-                PlotNaESRelated(n_low, n_high, directional(), es_low, es_high, alpha, step_fraction()), "es",
+                PlotNaESRelated(n_low, n_high, directional(), es_low, es_high, alpha, fraction()), "es",
                 "n", "power");
         if (es) return table_of(PlotNRelatedFES(n_low, n_high, directional(), *es, alpha), "n", "power");
         needed("--es or --mean1", sd1, *this);
@@ -332,7 +332,7 @@ struct Independent : Question {
         if (over == "es")
             return table_of(
                 PlotESIndepended(directional(), needed("--n1", n1, *this), needed("--n2", n2, *this), es_low,
-                                 es_high, alpha, step_fraction()),
+                                 es_high, alpha, fraction()),
                 "es", "power");
         if (over == "difference")
             return table_of(
@@ -343,19 +343,19 @@ struct Independent : Question {
         needed("--total", total, *this);
         if (over == "ratio-es")
             return table_of(PlotRatioaESIndependent(directional(), total, ratio_low, ratio_high, es_low,
-                                                    es_high, alpha, step_fraction()),
+                                                    es_high, alpha, fraction()),
                             "ratio", "es", "power");
         if (over == "ratio-difference")
             return table_of(PlotRatioaMeanDiffIndependent(directional(), total, mean1, sd1_needed(), mean2,
                                                           sd2, ratio_low, ratio_high, diff_low, diff_high,
-                                                          alpha, step_fraction()),
+                                                          alpha, fraction()),
                             "ratio", "difference", "power");
         if (es)
             return table_of(PlotRatioIndependentFES(directional(), total, *es, ratio_low, ratio_high, alpha,
-                                                    step_fraction()),
+                                                    fraction()),
                             "ratio", "power");
         return table_of(PlotRatioIndependent(directional(), total, mean1, sd1_needed(), mean2, sd2, ratio_low,
-                                             ratio_high, alpha, step_fraction()),
+                                             ratio_high, alpha, fraction()),
                         "ratio", "power");
     }
 

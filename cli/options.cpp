@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include <cmath>
 #include <cstdio>
 
 namespace cli {
@@ -23,7 +24,8 @@ CLI::Validator range(const std::string& rule, InRange in_range) {
 const CLI::Validator kBetween0And1 =
     range("greater than 0 and less than 1", [](double x) { return x > 0 && x < 1; });
 const CLI::Validator kFrom0To1 = range("at least 0 and at most 1", [](double x) { return x >= 0 && x <= 1; });
-const CLI::Validator kPositive = range("greater than 0", [](double x) { return x > 0; });
+const CLI::Validator kFinite = range("a finite number", [](double x) { return std::isfinite(x); });
+const CLI::Validator kPositive = range("greater than 0", [](double x) { return x > 0 && std::isfinite(x); });
 const CLI::Validator kCorrelation =
     range("a correlation, from -1 to 1", [](double x) { return x >= -1 && x <= 1; });
 
@@ -33,7 +35,12 @@ const CLI::Validator kStep =
 CLI::Validator at_least(double lowest) {
     char digits[32];
     std::snprintf(digits, sizeof digits, "%g", lowest);
-    return range(std::string("at least ") + digits, [=](double x) { return x >= lowest; });
+    return range(std::string("at least ") + digits,
+                 [=](double x) { return x >= lowest && std::isfinite(x); });
+}
+
+double step_fraction(int steps) {
+    return std::nextafter(1.0 / steps, 1);
 }
 
 CLI::Option* add_alpha(CLI::App& command, double& alpha) {
@@ -54,7 +61,7 @@ CLI::Option* add_sd(CLI::App& command, double& sd) {
 
 CLI::Option* add_list(CLI::App& command, const std::string& name, std::vector<double>& values,
                       const std::string& description) {
-    return command.add_option(name, values, description)->delimiter(',');
+    return command.add_option(name, values, description)->delimiter(',')->check(kFinite);
 }
 
 void refuse(const std::string& option, const std::string& reason) {

@@ -11,10 +11,15 @@ namespace cli {
 
 extern const CLI::Validator kBetween0And1;  ///< both excluded
 extern const CLI::Validator kFrom0To1;      ///< both included
-extern const CLI::Validator kPositive;      ///< greater than 0
-extern const CLI::Validator kCorrelation;   ///< from -1 to 1
-extern const CLI::Validator kStep;          ///< of a correlation or an effect: above 0, up to 0.5
+extern const CLI::Validator kFinite;
+extern const CLI::Validator kPositive;     ///< greater than 0 and finite
+extern const CLI::Validator kCorrelation;  ///< from -1 to 1
+extern const CLI::Validator kStep;         ///< of a correlation or an effect: above 0, up to 0.5
 CLI::Validator at_least(double lowest);
+
+/// The width of one of `steps` steps of an axis as a fraction of the whole, a hair more than 1 / steps: the
+/// library counts how many steps cover the axis, and rounding must not add one.
+double step_fraction(int steps);
 
 /// --alpha, 0.05 unless given.
 CLI::Option* add_alpha(CLI::App& command, double& alpha);

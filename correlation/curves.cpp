@@ -79,8 +79,7 @@ Axis lower_differences(double r0, double step) {
     return multiples(std::ceil(width / (width * step)) + 1, -1 - r0, step);
 }
 
-// ---- Ranges of the sample size: nothing where nMin and nMax are refused
-// ------------------------------------
+// ---- Ranges of the sample size: nothing where nMin and nMax are refused ----------------------------------
 
 using Range = std::optional<SampleSizeRange>;
 

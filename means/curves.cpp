@@ -61,8 +61,7 @@ XYZPlot surface_over_effect_size_and_size(int nLow, int nHigh, int directional, 
                                           double alpha, double stepFraction, PowerOfSize power) {
     const Interval es = effect_size_range(directional, esLow, esHigh);
     if (effect_sizes_refused(directional, es, alpha) || nLow < 2 || nHigh <= nLow) return {};
-    return surface(fractions(es.low, es.high, stepFraction),
-                   sample_sizes(nLow, nHigh, nHigh - nLow > 999 ? 2 : 1),
+    return surface(fractions(es.low, es.high, stepFraction), surface_sample_sizes(nLow, nHigh),
                    [&](double x, double N) { return to_single(power(N, x, alpha)); });
 }
 

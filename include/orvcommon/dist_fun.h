@@ -13,8 +13,7 @@ namespace OrvMath_940 {
 ///  - A limit is returned where there is one: at an infinite x, a probability of 0 or 1, infinite degrees of
 ///    freedom, or a parameter so large or so small that only its limit matters.
 ///  - Every call ends within 20 microseconds, most within one. docs/accuracy.md lists methods, measured
-///  errors
-///    and times.
+///    errors and times.
 class ORVCOMMON_API OrvDistFun {
   public:
     // ---- Standard normal distribution and gamma function
@@ -30,14 +29,12 @@ class ORVCOMMON_API OrvDistFun {
     static double vorndnlgam(const double& x) noexcept;
 
     // ---- Noncentral F and t distributions
-    // -------------------------------------------------------------------
 
     /// Noncentral F distribution function at x.
     /// @param df1,df2        numerator and denominator degrees of freedom, greater than 0, possibly infinite
     /// @param noncentrality  sum of squared standardised means (not its root), finite and at least 0
     /// @param tolerance      accepted and not needed: the result is always accurate to 1e-14, and small
-    /// results
-    ///                       to 1e-12 of their size
+    ///                       results to 1e-12 of their size
     static double NonCentralCdfF(double x, double df1, double df2, double noncentrality,
                                  double tolerance) noexcept;
 
@@ -104,8 +101,7 @@ class ORVCOMMON_API OrvDistFun {
     /// Quantile of the beta distribution.
     /// @param p    probability, 0 to 1
     /// @param a,b  shape parameters, at least 0, not both 0 nor both infinite: the quantile is 0 at a = 0 and
-    /// 1 at
-    ///             b = 0, the limits that exact intervals for a proportion need at no successes or only
+    ///             1 at b = 0, the limits that exact intervals for a proportion need at no successes or only
     ///             successes
     static double IdfBeta(const double& p, const double& a, const double& b) noexcept;
 };

@@ -123,7 +123,7 @@ STATPOWER_API XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes,
 
 /// Power over the effect size at the current sizes, stored in single precision. The axis runs from esMin in
 /// steps of step (esMax - esMin), as many as cover the width. For f (esType 0) the point after the last step,
-/// at or just beyond esMax, is included; for a proportion of variance it is left out.
+/// at esMax or beyond it by less than a step, is included; for a proportion of variance it is left out.
 /// @return the curve; empty unless k >= 2, alpha > 0, esMin <= esMax, alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotESOverallTest(int k, int esType, const double* sizes, double esMin, double esMax,
                                        double alpha, double step);
@@ -150,8 +150,7 @@ STATPOWER_API XYZPlot PlotNaSDOverallTest(int k, const double* means, const doub
 /// as in PlotESOverallTest).
 /// @param es  current effect size, used where the library chooses the sample sizes
 /// @return the surface; empty unless nMin and nMax are as said, k >= 2, esMin <= esMax and alpha > 0. Alpha
-/// is
-///         not checked against 1: every power is then missing.
+///         is not checked against 1: every power is then missing.
 STATPOWER_API XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax,
                                           double es, double esMin, double esMax, double alpha, double step);
 
@@ -173,7 +172,7 @@ STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficien
 /// 1 and N - k degrees of freedom. One-sided: P(T > t_alpha) with N - k degrees of freedom and noncentrality
 /// sqrt(lambda), so always in the direction of the contrast.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC, but not when an argument is refused. An effect
-///                              that EffectSizeSC reports as missing is used as it comes, a huge number.
+///                              that EffectSizeSC reports as missing is used as it comes, a huge number, so that the power is 1.
 /// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k
 STATPOWER_API double PowerSC(int k, const double* means, const double* sizes, double* coefficients,
                              int directional, double sigma, double alpha);
@@ -185,8 +184,9 @@ STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coeffi
 
 // ---- Contrasts: which sample size reaches a power? -------------------------------------------------------
 
-/// Smallest allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest.
-/// Coefficients that do not sum to zero are repaired as in EffectSizeSC, but in a copy.
+/// Allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest. Coefficients
+/// that do not sum to zero are repaired as in EffectSizeSC, but in a copy; where that fails every power counts
+/// as 1, and the smallest allocation is the answer.
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
 STATPOWER_API double PowerReverseSC(int k, const double* means, const double* sizes,
                                     const double* coefficients, std::vector<double>* groupSizes,
@@ -206,7 +206,7 @@ STATPOWER_API double PowerReverseSCwES(int k, const double* sizes, const double*
 STATPOWER_API double HalfCISCTest(int k, const double* sizes, const double* coefficients, double N,
                                   double sigma, double alpha);
 
-/// Smallest allocation whose half-width does not exceed a target (in the units of the data, not checked),
+/// Allocation whose half-width does not exceed a target (in the units of the data, not checked),
 /// searched and allocated as in PowerReversebyHalfCIOverallTest. The coefficients are used as they are.
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
 STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
@@ -217,6 +217,8 @@ STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, cons
 // The powers are evaluated in the order of the points, and each may repair the coefficients for the next.
 
 /// Power over the total sample size, as PlotNOverallTest.
+/// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose N is at least k
+/// @return the curve; empty as PlotNOverallTest
 STATPOWER_API XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coefficients, int nMin,
                              int nMax, int directional, double sigma, double alpha);
 
@@ -227,13 +229,17 @@ STATPOWER_API XYPlot PlotNSCFES(int k, const double* sizes, const double* coeffi
                                 int directional, double es, double alpha);
 
 /// Power over the standard deviation at the current sizes, stored in single precision, as PlotSDOverallTest.
+/// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose standard deviation is
+///                              positive
+/// @return the curve; empty as PlotSDOverallTest
 STATPOWER_API XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coefficients,
                               int directional, double sigma, double sdMin, double sdMax, double alpha,
                               double step);
 
 /// Power over the total sample size and the standard deviation, as PlotNaSDOverallTest.
 /// @return the surface; empty unless nMin and nMax are as said, sigma > 0, sdMin <= sdMax, alpha > 0 and
-///         alpha < 1. The number of groups is not checked: below 2 every power is missing.
+///         alpha < 1. The number of groups is not checked: below 2 every power is missing, and a
+///         range that the library chooses can come out empty.
 STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coefficients,
                                  int nMin, int nMax, int directional, double sigma, double sdMin,
                                  double sdMax, double alpha, double step);
@@ -247,7 +253,7 @@ STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes
 //            1 - (1 - alpha)^(2 / (k (k - 1))); 2: none. Any other code gives the missing value.
 //   sd       common standard deviation within the groups, greater than 0
 
-/// Standardised difference (means[i] - means[j]) / sd.
+/// Standardised difference of the means of group i and group j, over sd.
 /// @param unused  not read; may be null
 /// @return the effect; the missing value unless i < j, k >= 2, sd > 0 and i > 0
 STATPOWER_API double EffectSizePairwiseDiff(int k, const double* means, const double* unused, int i, int j,
@@ -259,7 +265,7 @@ STATPOWER_API double EffectSizePairwiseDiff(int k, const double* means, const do
 STATPOWER_API double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                        int method, double sd, double alpha);
 
-/// Smallest allocation whose power for the comparison reaches a target, as PowerReverseSC.
+/// Allocation whose power for the comparison reaches a target, as PowerReverseSC.
 /// @param groupSizes  left as it is when an argument is refused, but resized to k elements before the method
 ///                    is looked at: those that it already had keep their values, new ones are missing
 /// @return the sum of the group sizes; the missing value unless k > 1, sd > 0, i > 0, alpha > 0, i < j and
@@ -273,12 +279,11 @@ STATPOWER_API double PowerReversePairwiseDiff(int k, const double* means, const 
 STATPOWER_API double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, double N,
                                         double sd, double alpha);
 
-/// Smallest allocation whose half-width for the difference does not exceed a target, as
+/// Allocation whose half-width for the difference does not exceed a target, as
 /// PowerReversebyHalfCISCTest. The indices are not checked.
 /// @param groupSizes  as in PowerReversePairwiseDiff
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k > 1, sd > 0 and alpha < 1, or
-/// for
-///         an unknown method
+///         for an unknown method
 STATPOWER_API double PowerReversebyHalfCIPairwiseDiff(int k, const double* sizes, int i, int j,
                                                       std::vector<double>& groupSizes, int method,
                                                       double halfWidth, double sd, double alpha);

@@ -132,8 +132,8 @@ STATPOWER_API void FreeMemXYZPlot(XYZPlot plot);
 
 // What all curve functions have in common
 // - Invalid arguments give the empty result: counts 0, pointers null. So does a grid whose number of points
-//   is not a whole number from 1 to the largest int: a step of zero, negative or NaN, a reversed or
-//   overflowing range, an axis of zero width that is divided into steps.
+//   is not a whole number from 1 to the largest int: a step of zero, negative, infinite or NaN, a reversed
+//   or overflowing range, an axis of zero width that is divided into steps.
 // - A point whose power is missing holds the missing value. Where a curve stores its powers in single
 //   precision (said in its description) the missing value survives the narrowing: IsMissing recognises it.
 // - When memory runs out, the standard allocation exception leaves the function and nothing leaks.

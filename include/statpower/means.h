@@ -3,8 +3,8 @@
 // Arguments that recur
 //   N         sample size, or number of pairs; N1 and N2 the sizes of two groups, Ntotal their sum. Real
 //             numbers: they need not be whole
-//   mean, sd  mean and standard deviation of the population; mean1, sd1, mean2, sd2 those of two measurements
-//             or groups
+//   mean, sd  mean and standard deviation of the population; mean1, sd1, mean2, sd2 those of two
+//             measurements or groups
 //   mean0     mean under the null hypothesis
 //   corr      correlation of the two measurements of a pair
 //   es        standardised effect size: a difference of means in standard deviations

@@ -10,8 +10,7 @@
 //   method    0: normal approximation; any other value: exact binomial test. The interval functions have a
 //             table of their own
 //   sides     0: two-sided; any other value: one-sided, in the lower tail when p1 <= p0, else in the upper
-//   one continuityCorrection  adds 1 / (2 sqrt(N)) to the distance of the normal approximation; the exact
-//   test
+//   continuityCorrection  adds 1 / (2 sqrt(N)) to the distance of the normal approximation; the exact test
 //             has no use for it
 //   cancel    asked by the exact test; may be null
 //

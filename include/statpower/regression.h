@@ -10,12 +10,10 @@
 //   N          sample size; may be fractional
 //   p, q       number of predictors in all and number tested, 1 <= q <= p
 //   R2full, R2red   squared multiple correlations of the full model and of the model without the q
-//   predictors,
-//              both between 0 and 1, both excluded. R2red = 0 says that there is no reduced model, and then
+//              predictors, both between 0 and 1, both excluded. R2red = 0 says that there is no reduced model, and then
 //              R2full is read as the multiple correlation R itself, between -1 and 1, not as its square.
 //   f2         effect size f^2 (Cohen), explained over unexplained variance; not checked. Negative: with
-//   fixed
-//              predictors the power counts as 1, with random ones it is NaN.
+//              fixed predictors the power counts as 1, with random ones it is NaN.
 //   alpha      significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
 //   power      target power, not checked
 //

@@ -131,9 +131,8 @@ STATPOWER_API XYPlot PlotRiskDiffRelSampBionm(int sided, int exact, double N, do
 /// probability is capped at 1 - p2.
 /// @param p1,p2     in [0, 1]
 /// @param low,high  ends of the range; where one of them is 0, from p1 / (1 - p1) to 3 (p1 at most 0.5) or
-/// from
-///                  1/3 to (1 - p2) / p2. high at most 10, low at least 0.1 and, where p1 is held, at least
-///                  p1 / (1 - p1); where p2 is held, high at most (1 - p2) / p2
+///                  from 1/3 to (1 - p2) / p2. high at most 10, low at least 0.1 and, where p1 is held, at
+///                  least p1 / (1 - p1); where p2 is held, high at most (1 - p2) / p2
 STATPOWER_API XYPlot PlotRiskRatioRelSampBionm(int sided, int exact, double N, double p1, double p2,
                                                double low, double high, double alpha, double step);
 

@@ -245,7 +245,8 @@ TEST(ContrastCurveOverN, HasOnlyAtItsFirstPowerAnEffectThatTheRepairMakesMissing
     EXPECT_EQ(c.y[1], 1);
     EXPECT_EQ(c.y[2], r.power_at(4, 4));
     EXPECT_LT(c.y[2], 0.5);
-    // With default ends that first power decides the range: 1, so from 12 up to the current total.
+    // With default ends that first power decides the range: 1, so up to the current total, from
+    // what gives the smallest group two observations.
     Request open = with([](Request& q) { q.coefficients = {1, 1, 0}, q.n_min = q.n_max = 0; });
     const Curve whole = take(open.over_n());
     EXPECT_EQ(whole.x.front(), 8);

@@ -109,6 +109,16 @@ TEST(OverallFCurves, AreEmptyUnlessAlphaIsAboveZero) {
     }
 }
 
+TEST(OverallFCurves, AcceptAnyAlphaAboveZero) {
+    Request r = with([](Request& q) { q.alpha = 1e-300; });
+    EXPECT_FALSE(take(r.over_n()).x.empty());
+    EXPECT_FALSE(take(r.over_n_es()).x.empty());
+    EXPECT_FALSE(take(r.over_es()).x.empty());
+    EXPECT_FALSE(take(r.over_sd()).x.empty());
+    EXPECT_FALSE(take(r.over_n_and_sd()).x.empty());
+    EXPECT_FALSE(take(r.over_n_and_es()).x.empty());
+}
+
 TEST(OverallFCurves, AreEmptyUnlessAlphaIsBelowOne) {
     for (double alpha : {1.0, 2.0, kInfinity}) {
         Request r = with([=](Request& q) { q.alpha = alpha; });
@@ -219,6 +229,20 @@ TEST(OverallFCurveOverN, AgreesWithHighPrecisionValues) {
         const Curve c = take(PlotNOverallTest(k, lists[0].data(), lists[1].data(), N, N, row[1], row[2]));
         ASSERT_EQ(c.y.size(), 1u);
         EXPECT_NEAR(c.y[0], row[3], 1e-12) << "line " << row.line;
+    }
+}
+
+TEST(OverallFCurveOverN, ForAnEffectSizeTakesEitherKind) {
+    for (int type : {0, 1}) {
+        Request r = with([=](Request& q) { q.es_type = type; });
+        const Curve c = take(r.over_n_es());
+        for (std::size_t i = 0; i < c.x.size(); ++i)
+            EXPECT_EQ(c.y[i], _PowerOverallTestwithES(3, 0.25, type, c.x[i], 0.05));
+        // The default range follows the power of that kind of effect at the current 40.
+        Request open = with([=](Request& q) { q.es_type = type, q.n_min = q.n_max = 0; });
+        const double power = _PowerOverallTestwithES(3, 0.25, type, 40, 0.05);
+        EXPECT_EQ(take(open.over_n_es()).x.back(), std::ceil((2 - power) * 40));
+        EXPECT_EQ(take(open.over_n_and_es()).x.back(), std::ceil((2 - power) * 40));
     }
 }
 

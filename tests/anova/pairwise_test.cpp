@@ -124,7 +124,7 @@ TEST(PairwiseLevel, IsUnknownForAnyOtherCode) {
 // ---- Power -----------------------------------------------------------------------------------------------
 
 TEST(PairwisePower, IsThatOfTheTwoSidedContrast) {
-    // At one error degree of freedom more than in the pair alone, with the other groups' observations.
+    // The other groups' observations count for the error degrees of freedom.
     double coefficients[] = {1, 0, -1, 0};
     Comparison c = with([](Comparison& b) { b.i = 1, b.j = 3; });
     EXPECT_EQ(c.power(), PowerSC(4, c.means.data(), c.sizes.data(), coefficients, 0, 2, 0.05));

@@ -225,4 +225,15 @@ TEST(AnovaCurveCommand, NamesTheArgumentThatIsOutOfRangeOrNeeded) {
                     });
 }
 
+TEST(AnovaCommand, RefusesNumbersThatAreNotFinite) {
+    EXPECT_EQ(statpower("anova power --means nan,1 --sd 1 --sizes 5,5").status, 2);
+    EXPECT_EQ(statpower("anova power --means 0,inf --sd 1 --sizes 5,5").status, 2);
+    EXPECT_EQ(statpower("anova power --f inf --sizes 5,5").status, 2);
+    EXPECT_EQ(statpower("anova power --f 0.2 --sizes 5,inf").status, 2);
+}
+
+TEST(AnovaCommand, RefusesAnAxisOfProportionsBeyondOne) {
+    EXPECT_EQ(statpower("anova curve --sizes 5,5 --over variance-explained --es-high 3").status, 2);
+}
+
 }  // namespace

@@ -125,4 +125,25 @@ TEST(ContrastCommand, NamesTheArgumentThatIsOutOfRangeOrNeeded) {
         });
 }
 
+TEST(ContrastCommand, AHalfWidthThatNoSizeReachesHasNoAnswer) {
+    EXPECT_EQ(statpower("contrast halfwidth-size --weights 1,1 --coefficients 1,-1 --halfwidth 1e-200 --sd 1")
+                  .status,
+              1);
+}
+
+TEST(ContrastCommand, RefusesAContrastOfNothing) {
+    const auto run = statpower("contrast power --sizes 9,9 --coefficients 0,0 --es 0.5");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.text, testing::StartsWith("statpower: --coefficients"));
+}
+
+TEST(ContrastCommand, DividesAnAxisIntoAsManyStepsAsAsked) {
+    // 3 (1 / 3 5) is just below 5 in double precision: a plain third would take a fourth step.
+    const auto points = statpower(
+                            "contrast curve --sizes 9,9 --coefficients 1,-1 --means 0,1 --sd 1 --over sd "
+                            "--sd-low 1 --sd-high 6 --steps 3 --json")
+                            .json();
+    EXPECT_EQ(points.size(), 4u);
+}
+
 }  // namespace
