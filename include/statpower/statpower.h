@@ -3,3 +3,4 @@
 
 #include "statpower/anova.h"
 #include "statpower/core.h"
+#include "statpower/independent_binomial.h"
