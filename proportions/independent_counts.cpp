@@ -17,7 +17,7 @@ Group::Group(double n, double p) : trials_(to_int(n)) {
     };
     const int mode = std::min(to_int((n + 1) * p), trials_);
     probability_ = around_mode(
-        mode, probability(mode), 0, trials_, [&](int x, double) { return probability(x - 1); },
+        mode, probability(mode), 0, trials_, kNegligible, [&](int x, double) { return probability(x - 1); },
         [&](int x, double) { return probability(x + 1); });
 }
 

@@ -3,12 +3,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
+#include <utility>
 #include <vector>
 
 namespace statpower {
 
-/// Probabilities below this count as 0: the counts around the mode of a distribution are all that is kept.
-/// Far below anything that a power, a sum of such probabilities, can show.
+/// Binomial probabilities below this count as 0: far less than a power, a sum of such probabilities, can show.
 inline constexpr double kNegligible = 1e-100;
 
 /// Values of a function of a count, 0 outside a stretch of counts.
@@ -23,30 +24,37 @@ class CountFunction {
         return x < first() || x > last() ? 0 : values_[static_cast<std::size_t>(x - first_)];
     }
 
+    /// The values at first..last, which lie within the stretch.
+    std::span<const double> values(int first, int last) const {
+        return std::span(values_).subspan(static_cast<std::size_t>(first - first_),
+                                          static_cast<std::size_t>(last - first + 1));
+    }
+
   private:
     int first_ = 0;
     std::vector<double> values_;
 };
 
 /// The values of a function on lowest..highest that falls off on both sides of its mode, outwards from there
-/// until they are negligible (a NaN is not).
+/// until they are below `negligible` (a NaN is not).
 /// @param below  value at x - 1, given x and the value there
 /// @param above  value at x + 1, likewise
 template <class Below, class Above>
-CountFunction around_mode(int mode, double value_at_mode, int lowest, int highest, Below below, Above above) {
-    int first = mode;
-    std::vector<double> values;
-    for (double value = value_at_mode; !(value < kNegligible); --first) {
-        values.push_back(value);
-        if (first == lowest) break;
-        value = below(first, value);
-    }
-    first = mode + 1 - static_cast<int>(values.size());
-    std::reverse(values.begin(), values.end());
+CountFunction around_mode(int mode, double value_at_mode, int lowest, int highest, double negligible,
+                          Below below, Above above) {
+    std::vector<double> values{value_at_mode};
     double value = value_at_mode;
+    int first = mode;
+    for (; first > lowest; --first) {
+        value = below(first, value);
+        if (value < negligible) break;
+        values.push_back(value);
+    }
+    std::reverse(values.begin(), values.end());
+    value = value_at_mode;
     for (int x = mode; x < highest; ++x) {
         value = above(x, value);
-        if (value < kNegligible) break;
+        if (value < negligible) break;
         values.push_back(value);
     }
     return {first, std::move(values)};

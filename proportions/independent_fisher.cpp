@@ -1,6 +1,7 @@
 #include "proportions/independent_fisher.h"
 
 #include <cmath>
+#include <numeric>
 
 #include "core/cancel.h"
 #include "core/integers.h"
@@ -17,6 +18,9 @@ using OrvMath_940::OrvDistFun;
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Terms that are smaller by this factor do not change a sum, nor do all of them together.
+constexpr double kNegligibleShare = 1e-25;
 
 /// The count after u; beyond all counts where adding one does not move a double.
 double next_count(double u) {
@@ -64,40 +68,43 @@ class OddsPowers {
 ///
 /// The weights are those of _CondDisProb, so that the quotient by their sum is the same double, as long as
 /// none of them leaves the range of a double. Where one does, they are scaled to 1 at the mode and computed
-/// from there by the ratio of neighbours, until they are negligible.
+/// from there by the ratio of neighbours, until they are negligible beside `level`.
 class ConditionalDistribution {
   public:
     ConditionalDistribution(const Coefficients& coefficients1, const Coefficients& coefficients2,
-                            const Group& group1, const Group& group2, double odds)
+                            const Group& group1, const Group& group2, double odds, double level)
         : coefficient1_(coefficients1),
           coefficient2_(coefficients2),
-          n1_(group1.trials()),
-          n2_(group2.trials()),
-          odds_power_(odds, group1.trials()) {}
+          trials1_(group1.trials()),
+          trials2_(group2.trials()),
+          odds_power_(odds, group1.trials()),
+          negligible_(kNegligibleShare * level) {}
 
     void condition_on(int t) {
         t_ = t;
-        lo_ = std::max(0, t - n2_);
-        hi_ = std::min(t, n1_);
+        lo_ = std::max(0, t - trials2_);
+        hi_ = std::min(t, trials1_);
         if (!weigh_plainly()) weigh_from_mode();
     }
 
+    /// The counts whose weights are not negligible: all possible ones, as long as nothing is scaled.
     int lo() const { return lo_; }
     int hi() const { return hi_; }
-    std::int64_t terms() const { return weight_.last() - weight_.first() + 1; }
+    std::int64_t terms() const { return std::int64_t{hi_} - lo_ + 1; }
     double total() const { return total_; }
     double weight(int u) const { return weight_[u]; }
 
-    /// Probability of first..last, summed upwards as a sum of quotients.
-    double sum_of_quotients(int first, int last) const {
-        double sum = 0;
-        for (int u = std::max(first, weight_.first()); u <= std::min(last, weight_.last()); ++u)
-            sum += weight_[u] / total_;
-        return sum;
+    /// Probability of first..last as a quotient of sums; 0 for an empty stretch.
+    double probability(int first, int last) const {
+        return sum_of_weights(std::max(first, lo_), std::min(last, hi_)) / total_;
     }
 
-    /// The same as a quotient of sums.
-    double probability(int first, int last) const { return sum_of_weights(first, last) / total_; }
+    /// The same as a sum of quotients.
+    double sum_of_quotients(int first, int last) const {
+        double sum = 0;
+        for (double w : weight_.values(first, last)) sum += w / total_;
+        return sum;
+    }
 
   private:
     double plain_weight(int u) const {
@@ -105,23 +112,27 @@ class ConditionalDistribution {
     }
 
     double sum_of_weights(int first, int last) const {
-        double sum = 0;
-        for (int u = std::max(first, weight_.first()); u <= std::min(last, weight_.last()); ++u)
-            sum += weight_[u];
-        return sum;
+        if (first > last) return 0;
+        const auto weights = weight_.values(first, last);
+        return std::accumulate(weights.begin(), weights.end(), 0.0);
     }
 
-    /// Weight of u + 1 over the weight of u: falls as u rises.
-    double ratio(int u) const {
+    /// The weights of u + 1 and u are as numerator to denominator; their quotient falls as u rises.
+    struct Ratio {
+        double numerator;
+        double denominator;
+    };
+    Ratio ratio(int u) const {
         const double x = u;
-        return (n1_ - x) * (t_ - x) / ((x + 1) * (n2_ - t_ + x + 1)) * odds_power_.odds();
+        return {(trials1_ - x) * (t_ - x) * odds_power_.odds(), (x + 1) * (trials2_ - t_ + x + 1)};
     }
 
     int mode() const {
         int low = lo_;
         for (int high = hi_; low < high;) {
             const int middle = low + (high - low) / 2;
-            if (ratio(middle) < 1)
+            const Ratio next = ratio(middle);
+            if (next.numerator < next.denominator)
                 high = middle;
             else
                 low = middle + 1;
@@ -143,16 +154,26 @@ class ConditionalDistribution {
 
     void weigh_from_mode() {
         weight_ = around_mode(
-            mode(), 1, lo_, hi_, [&](int u, double w) { return w / ratio(u - 1); },
-            [&](int u, double w) { return w * ratio(u); });
+            mode(), 1, lo_, hi_, negligible_,
+            [&](int u, double w) {
+                const Ratio r = ratio(u - 1);
+                return w * (r.denominator / r.numerator);
+            },
+            [&](int u, double w) {
+                const Ratio r = ratio(u);
+                return w * (r.numerator / r.denominator);
+            });
+        lo_ = weight_.first();
+        hi_ = weight_.last();
         total_ = sum_of_weights(lo_, hi_);
     }
 
     const Coefficients& coefficient1_;
     const Coefficients& coefficient2_;
-    int n1_;
-    int n2_;
+    int trials1_;
+    int trials2_;
     OddsPowers odds_power_;
+    double negligible_;
     int t_ = 0;
     int lo_ = 0;
     int hi_ = 0;
@@ -162,7 +183,8 @@ class ConditionalDistribution {
 
 /// _quantileDescending without its repeated sums: the tail is accumulated downwards, and only where it comes
 /// close to the level, or passes it, summed as the definition says and compared. The two sums differ by
-/// rounding alone, at most 515 terms of a relative 2^-53 each where the weights are not scaled.
+/// rounding alone, at most 515 terms of a relative 2^-53 each where the weights are not scaled. Beyond all
+/// counts where no tail qualifies.
 int upper_critical_value(const ConditionalDistribution& null, double a) {
     constexpr double kClose = 1e-12;
     const double level = a * null.total();
@@ -174,7 +196,7 @@ int upper_critical_value(const ConditionalDistribution& null, double a) {
         const double S = null.sum_of_quotients(k, null.hi());
         if (S <= a && S + null.weight(k - 1) / null.total() > a) return k;
     }
-    return null.lo() - 1;
+    return std::numeric_limits<int>::max();
 }
 
 /// _quantileAscending: its sums, each one term longer than the last, are running sums.
@@ -185,29 +207,40 @@ int lower_critical_value(const ConditionalDistribution& null, double a) {
         if (S > a) break;
         if (S + null.weight(k + 1) / null.total() > a) return k;
     }
-    return null.hi() + 1;
+    return std::numeric_limits<int>::min();
 }
 
-/// Probability of a total of t successes, from the first to the last possible x1.
-struct TotalTerms {
-    int first;
-    int last;
-
-    TotalTerms(const CountFunction& p1, const CountFunction& p2, int t)
-        : first(std::max(p1.first(), t - p2.last())), last(std::min(p1.last(), t - p2.first())) {}
-    std::int64_t count() const { return std::max(0, last - first + 1); }
-};
-
-/// As in _ProbTotalSucc, terms from the first one that cannot be computed on are left out.
-double probability_of_total(const CountFunction& p1, const CountFunction& p2, int t, TotalTerms terms) {
-    double sum = 0;
-    for (int x = terms.first; x <= terms.last; ++x) {
-        const double term = p1[x] * p2[t - x];
-        if (std::isnan(term)) break;
-        sum += term;
+/// The probability of a total of t successes as the sum over x1 from the first to the last possible one.
+class TotalTerms {
+  public:
+    TotalTerms(const CountFunction& probability1, const CountFunction& probability2, int t) {
+        const int first = std::max(probability1.first(), t - probability2.last());
+        const int last = std::min(probability1.last(), t - probability2.first());
+        if (first > last) return;
+        factors1_ = probability1.values(first, last);
+        factors2_ = probability2.values(t - last, t - first);
     }
-    return sum;
-}
+
+    std::int64_t count() const { return static_cast<std::int64_t>(factors1_.size()); }
+
+    /// As in _ProbTotalSucc, the terms from the first one that cannot be computed on are left out.
+    double sum() const {
+        const double all =
+            std::transform_reduce(factors1_.begin(), factors1_.end(), factors2_.rbegin(), 0.0);
+        if (!std::isnan(all)) return all;
+        double sum = 0;
+        for (std::size_t i = 0; i < factors1_.size(); ++i) {
+            const double term = factors1_[i] * factors2_[factors2_.size() - 1 - i];
+            if (std::isnan(term)) break;
+            sum += term;
+        }
+        return sum;
+    }
+
+  private:
+    std::span<const double> factors1_;
+    std::span<const double> factors2_;
+};
 
 }  // namespace
 
@@ -299,30 +332,32 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     const CountFunction& probability2 = group2.probability();
     const Coefficients coefficients1(group1.trials());
     const Coefficients coefficients2(group2.trials());
-    ConditionalDistribution null(coefficients1, coefficients2, group1, group2, 1);
-    ConditionalDistribution alternative(coefficients1, coefficients2, group1, group2, psi);
+    ConditionalDistribution null(coefficients1, coefficients2, group1, group2, 1, level);
+    ConditionalDistribution alternative(coefficients1, coefficients2, group1, group2, psi, level);
 
     double power = 0;
-    for (int t = probability1.first() + probability2.first(); t <= probability1.last() + probability2.last();
-         ++t) {
+    const auto add_total = [&](int t) {
         const TotalTerms terms(probability1, probability2, t);
-        if (stop_requested(cancel, 1 + terms.count())) return OrvMV::Missing();
-        const double total = probability_of_total(probability1, probability2, t, terms);
-        if (total < kNegligible) continue;
+        if (stop_requested(cancel, 1 + terms.count())) return false;
+        const double total = terms.sum();
+        if (total < kNegligible || total < kNegligibleShare * power) return true;
         null.condition_on(t);
         alternative.condition_on(t);
-        if (stop_requested(cancel, null.terms() + alternative.terms())) return OrvMV::Missing();
+        if (stop_requested(cancel, null.terms() + alternative.terms())) return false;
         double rejected = 0;
-        if (rejects_high) {
-            const int critical = upper_critical_value(null, level);
-            if (critical >= null.lo()) rejected += alternative.probability(critical, null.hi());
-        }
-        if (rejects_low) {
-            const int critical = lower_critical_value(null, level);
-            if (critical <= null.hi()) rejected += alternative.probability(null.lo(), critical);
-        }
+        if (rejects_high)
+            rejected += alternative.probability(upper_critical_value(null, level), alternative.hi());
+        if (rejects_low)
+            rejected += alternative.probability(alternative.lo(), lower_critical_value(null, level));
         power += total * rejected;
-    }
+        return true;
+    };
+    // The probable totals first, so that those that cannot change the power any more need no distribution.
+    const int typical = to_int(n1 * p1 + n2 * p2);
+    for (int t = typical; t <= probability1.last() + probability2.last(); ++t)
+        if (!add_total(t)) return OrvMV::Missing();
+    for (int t = typical - 1; t >= probability1.first() + probability2.first(); --t)
+        if (!add_total(t)) return OrvMV::Missing();
     return power;
 }
 
