@@ -298,8 +298,8 @@ double _quantileDescending(double n1, double n2, int t, double lo, double hi, do
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
     for (double k = hi; k >= lo; --k) {
         const double S = sum_of(k, hi, P, cancel);
-        const double next = P(k - 1);
-        if (OrvMV::IsMissing(S) || OrvMV::IsMissing(next)) return OrvMV::Missing();
+        const double next = OrvMV::IsMissing(S) ? S : P(k - 1);
+        if (OrvMV::IsMissing(next)) return next;
         if (S <= a && S + next > a) return k;
     }
     return lo - 1;
@@ -311,8 +311,8 @@ double _quantileAscending(double n1, double n2, int t, double lo, double hi, dou
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
     for (double k = lo; k <= hi; ++k) {
         const double S = sum_of(lo, k, P, cancel);
-        const double next = P(k + 1);
-        if (OrvMV::IsMissing(S) || OrvMV::IsMissing(next)) return OrvMV::Missing();
+        const double next = OrvMV::IsMissing(S) ? S : P(k + 1);
+        if (OrvMV::IsMissing(next)) return next;
         if (S <= a && S + next > a) return k;
     }
     return hi + 1;
