@@ -26,5 +26,5 @@ function(statpower_shared_library target)
   endif()
   set_target_properties(${target} PROPERTIES
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/hide-standard-library.map
-    INSTALL_RPATH "$ORIGIN")
+    INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
 endfunction()
