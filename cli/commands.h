@@ -6,5 +6,6 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
+void add_prop_two(CLI::App& app);
 
 }  // namespace cli
