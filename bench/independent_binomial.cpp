@@ -57,7 +57,8 @@ void cancel_latency(benchmark::State& state, int test, double p) {
         const auto start = std::chrono::steady_clock::now();
         flag.set = true;
         search.join();
-        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        state.SetIterationTime(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
 }
 
@@ -105,7 +106,8 @@ const bool kRegistered = [] {
     }
     for (int test = 0; test < 4; ++test)
         benchmark::RegisterBenchmark(
-            (std::string("two proportions, ") + kTests[test] + ": from cancelling to the end of a search").c_str(),
+            (std::string("two proportions, ") + kTests[test] + ": from cancelling to the end of a search")
+                .c_str(),
             [=](benchmark::State& state) { cancel_latency(state, test, 0.3); })
             ->UseManualTime()
             ->Iterations(20);

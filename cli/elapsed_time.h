@@ -5,8 +5,8 @@
 
 namespace cli {
 
-/// While it lives, and once a second has passed, the elapsed seconds are shown in the last line of the terminal
-/// that standard error is; without a terminal nothing is. The line is cleared at the end.
+/// While it lives, and once a second has passed, the elapsed seconds are shown in the last line of the
+/// terminal that standard error is; without a terminal nothing is. The line is cleared at the end.
 class ElapsedTime {
   public:
     ElapsedTime();

@@ -23,7 +23,7 @@ const Names kIntervals = {{"wald", 0},       {"agresti-caffo", 1}, {"agresti-caf
 
 /// Axes of a curve.
 enum Over { kDifference, kRiskRatio, kOddsRatio, kAllocation, kProportions, kSizes };
-const Names kAxes = {{"difference", kDifference}, {"risk-ratio", kRiskRatio},     {"odds-ratio", kOddsRatio},
+const Names kAxes = {{"difference", kDifference}, {"risk-ratio", kRiskRatio},    {"odds-ratio", kOddsRatio},
                      {"allocation", kAllocation}, {"proportions", kProportions}, {"sizes", kSizes}};
 
 const char* name_of(const Names& names, int code) {
@@ -105,9 +105,7 @@ void add_proportions(CLI::App& command, Design& d) {
 }
 
 CLI::Option* add_sizes(CLI::App& command, Design& d) {
-    return add_list(command, "--sizes", d.sizes, "Sizes of the two groups")
-        ->expected(2)
-        ->check(at_least(1));
+    return add_list(command, "--sizes", d.sizes, "Sizes of the two groups")->expected(2)->check(at_least(1));
 }
 
 void add_ratio(CLI::App& command, Design& d) {
@@ -150,15 +148,15 @@ void add_size(CLI::App& prop_two) {
     auto* command = add_command(prop_two, "size", "Group sizes that reach a power", [d] {
         const auto sizes = interruptible([&](auto* cancel) {
             std::vector<double> result;
-            PowerReverseIndSampBinom(d->target, d->p1, d->p2, d->ratio, d->alpha, result, d->method(), d->test,
-                                     d->sides(), d->continuity_correction, d->pooled, cancel);
+            PowerReverseIndSampBinom(d->target, d->p1, d->p2, d->ratio, d->alpha, result, d->method(),
+                                     d->test, d->sides(), d->continuity_correction, d->pooled, cancel);
             return result;
         });
         if (OrvCommon_940::OrvMV::IsMissing(sizes[0]))
             throw NoAnswer("no sample size reaches the power: is there a difference?");
-        return with(described(*d), {{"target_power", d->target},
-                                    {"group_sizes", sizes},
-                                    {"power", d->power(sizes[0], sizes[1])}});
+        return with(
+            described(*d),
+            {{"target_power", d->target}, {"group_sizes", sizes}, {"power", d->power(sizes[0], sizes[1])}});
     });
     add_proportions(*command, *d);
     add_ratio(*command, *d);
@@ -188,7 +186,8 @@ void add_half_width_size(CLI::App& prop_two) {
                                              d->interval, d->continuity_correction, cancel);
             return result;
         });
-        if (OrvCommon_940::OrvMV::IsMissing(sizes[0])) throw NoAnswer("no sample size reaches the half-width");
+        if (OrvCommon_940::OrvMV::IsMissing(sizes[0]))
+            throw NoAnswer("no sample size reaches the half-width");
         return Report{{"interval", name_of(kIntervals, d->interval)},
                       {"confidence", 1 - d->alpha},
                       {"target_half_width", d->half_width},
@@ -234,8 +233,8 @@ Table curve_of(const Design& d) {
                 "p1", "p2", "power");
         default:
             if (d.range1.empty() || d.range2.empty()) refuse("--n1", "and --n2 are needed for this axis");
-            return table_of(PlotNIndSampBinom(d.method(), d.test, d.sides(), d.continuity_correction, d.pooled,
-                                              d.range1[0], d.range1[1], d.range2[0], d.range2[1],
+            return table_of(PlotNIndSampBinom(d.method(), d.test, d.sides(), d.continuity_correction,
+                                              d.pooled, d.range1[0], d.range1[1], d.range2[0], d.range2[1],
                                               d.range1[1], d.range2[1], d.p1, d.p2, d.alpha),
                             "n1", "n2", "power");
     }
@@ -243,10 +242,8 @@ Table curve_of(const Design& d) {
 
 void add_curve(CLI::App& prop_two) {
     auto d = std::make_shared<Design>();
-    auto* command =
-        add_curve_command(prop_two, "curve", "Power over an effect, the allocation or the sizes", [d] {
-            return interruptible([&](auto*) { return curve_of(*d); });
-        });
+    auto* command = add_curve_command(prop_two, "curve", "Power over an effect, the allocation or the sizes",
+                                      [d] { return interruptible([&](auto*) { return curve_of(*d); }); });
     add_choice(*command, "--over", d->axis, kAxes, "What varies")->required();
     add_sizes(*command, *d);
     command->add_option("--p1", d->p1, "Success probability of group 1")

@@ -28,8 +28,8 @@ class Interrupt : public OrvCommon_940::OrvQueryCancel {
     void (*previous_)(int);
 };
 
-/// The answer of search(cancel), a search that asks `cancel` while it runs, with the elapsed time shown while it
-/// runs long. Throws Interrupted after Ctrl-C.
+/// The answer of search(cancel), a search that asks `cancel` while it runs, with the elapsed time shown while
+/// it runs long. Throws Interrupted after Ctrl-C.
 template <class Search>
 auto interruptible(Search search) {
     Interrupt interrupt;

@@ -1,6 +1,7 @@
 // statpower: plans studies from the command line.
 //
-// Exit status: 0 answered, 1 the question has no answer (or memory ran out), 2 an argument is wrong, 130 stopped by Ctrl-C.
+// Exit status: 0 answered, 1 the question has no answer (or memory ran out), 2 an argument is wrong, 130
+// stopped by Ctrl-C.
 #include <CLI/CLI.hpp>
 #include <iostream>
 

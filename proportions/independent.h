@@ -14,11 +14,11 @@ STATPOWER_API double IndSampBinomFunc(double N, std::vector<double> design,
                                       OrvCommon_940::OrvQueryCancel* cancel);
 
 /// Refines the sizes that a continuous search found for an exact test, whose power is a saw-tooth in n1: the
-/// search is repeated on [1, last answer] until it finds nothing new; from the smallest answer n1 is raised until
-/// the exact power reaches the target. The repeated searches for test 3 evaluate the chi-square test.
+/// search is repeated on [1, last answer] until it finds nothing new; from the smallest answer n1 is raised
+/// until the exact power reaches the target. The repeated searches for test 3 evaluate the chi-square test.
 /// @param[in,out] result  n1 and n2 (n2 = r n1 rounded half up, at least 1); at least two elements, or the
-///                        standard out-of-range error is thrown. Left as it is when cancelled, and when the walk
-///                        reaches sizes without a power.
+///                        standard out-of-range error is thrown. Left as it is when cancelled, and when the
+///                        walk reaches sizes without a power.
 /// @param design  as in IndSampBinomFunc
 STATPOWER_API void PowerReverseU4Binom(std::vector<double>& result, std::vector<double> design,
                                        OrvCommon_940::OrvQueryCancel* cancel);

@@ -9,7 +9,8 @@
 
 namespace statpower {
 
-/// Binomial probabilities below this count as 0: far less than a power, a sum of such probabilities, can show.
+/// Binomial probabilities below this count as 0: far less than a power, a sum of such probabilities, can
+/// show.
 inline constexpr double kNegligible = 1e-100;
 
 /// Values of a function of a count, 0 outside a stretch of counts.

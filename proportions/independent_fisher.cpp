@@ -225,8 +225,7 @@ class TotalTerms {
 
     /// As in _ProbTotalSucc, the terms from the first one that cannot be computed on are left out.
     double sum() const {
-        const double all =
-            std::transform_reduce(factors1_.begin(), factors1_.end(), factors2_.rbegin(), 0.0);
+        const double all = std::transform_reduce(factors1_.begin(), factors1_.end(), factors2_.rbegin(), 0.0);
         if (!std::isnan(all)) return all;
         double sum = 0;
         for (std::size_t i = 0; i < factors1_.size(); ++i) {

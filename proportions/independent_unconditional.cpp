@@ -44,7 +44,8 @@ bool is_table(double n1, double n2, double x1, double x2) {
 }
 
 /// The first count of first..last - 1 at which `holds` fails, `last` if it does at none; it is known to hold
-/// below that count and to fail from it on. Searched from `guess` outwards in doubling steps, then by bisection.
+/// below that count and to fail from it on. Searched from `guess` outwards in doubling steps, then by
+/// bisection.
 template <class Holds>
 int first_failure(int first, int last, int guess, Holds holds) {
     std::int64_t low = first;
@@ -66,8 +67,8 @@ int first_failure(int first, int last, int guess, Holds holds) {
     return static_cast<int>(low);
 }
 
-/// Which tables beside x1 successes of the first group can reject: those of few successes in the second group,
-/// of many, or both. Returns the number of x2, from 0, that count as few.
+/// Which tables beside x1 successes of the first group can reject: those of few successes in the second
+/// group, of many, or both. Returns the number of x2, from 0, that count as few.
 int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1, int trials2) {
     if (sides == 0) return to_int(std::floor(n2 * x1 / n1)) + 1;
     return first_is_larger ? trials2 + 1 : 0;
@@ -77,7 +78,8 @@ int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1,
 enum class AskedAgain : bool { kNo, kYes };
 
 /// Probability of the tables that reject.
-/// @param few      few(x1): below this x2 the tables that reject are the lowest ones, from it on the highest ones
+/// @param few      few(x1): below this x2 the tables that reject are the lowest ones, from it on the highest
+/// ones
 /// @param rejects  rejects(x1, x2)
 template <class Few, class Rejects>
 double probability_of_rejection(const Group& group1, const Group& group2, Few few, Rejects rejects,
@@ -187,9 +189,7 @@ double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int s
     const Group group2(n2, p2);
     return probability_of_rejection(
         group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
-        [&](int x1, int x2) {
-            return _BinEnumTTestStatsT(n1, n2, p1, p2, x1, x2, sides, pooled) > critical;
-        },
+        [&](int x1, int x2) { return _BinEnumTTestStatsT(n1, n2, p1, p2, x1, x2, sides, pooled) > critical; },
         AskedAgain::kYes, cancel);
 }
 

@@ -6,7 +6,8 @@
 //   alpha      significance level, between 0 and 1, both excluded
 //   method     0: normal approximation; any other value: exact, the probability of all outcomes that reject.
 //              Sample-size searches refine their answer for method 1 only
-//   test       0: chi-square (z) test; 1: t test of the 0/1 outcomes; 2: likelihood-ratio test; any other value
+//   test       0: chi-square (z) test; 1: t test of the 0/1 outcomes; 2: likelihood-ratio test; any other
+//   value
 //              (3 is the usual one): Fisher's test, by normal approximation in the form of the arcsine
 //              transformation with continuity correction
 //   sides      0: two-sided; any other value: one-sided in the direction of the true difference
@@ -56,12 +57,14 @@ STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p
 /// Group sizes whose power reaches `power` at the allocation ratio r.
 ///
 /// n1 is searched by PowerReverse to within 1e-9, from 2 upwards, for test 3 from where its normal
-/// approximation becomes usable, and rounded up; n2 is the ceiling of r times the unrounded size, but at least
+/// approximation becomes usable, and rounded up; n2 is the ceiling of r times the unrounded size, but at
+/// least
 /// 1. (In the one-sided chi-square test with both continuity correction and pooled variance n2 is the ceiling
 /// of r times the square of the unrounded size.) For method 1 the search is repeated below the last answer
 /// until it finds nothing new, and then n1 is raised from the smallest answer until the exact power reaches
 /// the target, with n2 = r n1 rounded half up, but at least 1.
-/// @param[out] result  n1 and n2 are appended to the empty vector, the missing value twice when the search fails
+/// @param[out] result  n1 and n2 are appended to the empty vector, the missing value twice when the search
+/// fails
 ///                     or is cancelled; a vector that is not empty is left as it is. Cancelled during the
 ///                     refinement of method 1, the sizes found before it remain.
 STATPOWER_API void PowerReverseIndSampBinom(double power, double p1, double p2, double r, double alpha,
@@ -73,9 +76,9 @@ STATPOWER_API void PowerReverseIndSampBinom(double power, double p1, double p2, 
 
 /// Half-width of the 100 (1 - alpha) % confidence interval of p1 - p2. No argument is checked.
 /// @param method  0: Wald; 1: Agresti and Caffo, one success and one failure added to each group; 2: the same
-///                with n + 3 in the denominators of the variances; 3: half a success and half a failure added;
-///                4: unbiased variances, n - 1, plus half an observation of the smaller group; 5: Newcombe's
-///                hybrid score interval
+///                with n + 3 in the denominators of the variances; 3: half a success and half a failure
+///                added; 4: unbiased variances, n - 1, plus half an observation of the smaller group; 5:
+///                Newcombe's hybrid score interval
 /// @param continuityCorrection  of methods 0 and 5
 /// @return the half-width; 0 for any other method
 STATPOWER_API double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method,
@@ -83,7 +86,8 @@ STATPOWER_API double HalfCIIndSampBinom(double n1, double n2, double p1, double 
 
 /// Group sizes whose confidence interval has the half-width `halfWidth`, at the allocation ratio r: in closed
 /// form for method 0, by PowerReverse from 2 upwards to within 1e-9 for the others. No argument is checked.
-/// @param[out] result  emptied, then the ceiling of n1 and the ceiling of r times the unrounded n1, but at least
+/// @param[out] result  emptied, then the ceiling of n1 and the ceiling of r times the unrounded n1, but at
+/// least
 ///                     2; the missing value twice when the search fails or is cancelled
 /// @param method  as in HalfCIIndSampBinom; any other method gives the upper end of the first interval, 400
 STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, double r,
@@ -93,10 +97,11 @@ STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1,
 
 // ---- How does the power vary? ----------------------------------------------------------------------------
 //
-// Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point. `step` is at most 0.5.
+// Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point. `step` is at most
+// 0.5.
 
-/// Power over both proportions: x = step, 2 step, ... and y the same, below 1 - step / 2 or so: the whole part
-/// of 1 / step, minus 1, points each. p1 and p2 are checked though the grid replaces them.
+/// Power over both proportions: x = step, 2 step, ... and y the same, below 1 - step / 2 or so: the whole
+/// part of 1 / step, minus 1, points each. p1 and p2 are checked though the grid replaces them.
 /// @return the empty result unless all arguments are in their ranges
 STATPOWER_API XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                            bool pooled, double n1, double n2, double p1, double p2,
@@ -117,8 +122,8 @@ STATPOWER_API XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, 
                                                bool pooled, double n1, double n2, double p1, double alpha,
                                                double rMin, double rMax, double step);
 
-/// Power over the odds ratio x at fixed p1, p2 = p1 / ((1 - p1) x + p1), from rMin to rMax by `step` times the
-/// range.
+/// Power over the odds ratio x at fixed p1, p2 = p1 / ((1 - p1) x + p1), from rMin to rMax by `step` times
+/// the range.
 /// @param rMin  at least 0.1, or 0: the axis starts at 1/3
 /// @param rMax  at least rMin, at most 10
 /// @return the empty result unless all arguments are in their ranges
@@ -141,8 +146,8 @@ STATPOWER_API XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, boo
 /// Power over both group sizes, from nMin to nMax by 1, by 5 when nMax - nMin is at least 250, by 10 when it
 /// exceeds 1000; the last point is nMax.
 /// @param nMin1,nMax1,nMin2,nMax2  bounds of the sizes, a minimum being 0 or at least 2. Method 0 with test 3
-///                     chooses them itself: a minimum of 0 or 2 becomes the smallest usable size, a maximum of
-///                     0 or 2500 becomes the design's size above that; there any minimum is accepted
+///                     chooses them itself: a minimum of 0 or 2 becomes the smallest usable size, a maximum
+///                     of 0 or 2500 becomes the design's size above that; there any minimum is accepted
 /// @param n1,n2        sizes of the design, for that choice only
 /// @return the empty result unless all arguments are in their ranges
 STATPOWER_API XYZPlot PlotNIndSampBinom(int method, int test, int sides, bool continuityCorrection,

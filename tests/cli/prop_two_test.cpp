@@ -53,9 +53,9 @@ TEST(PropTwoCommand, HalfWidthsAreTheLibrarys) {
 }
 
 TEST(PropTwoCommand, CurvesHaveOneRowAPoint) {
-    const auto run =
-        statpower("prop-two curve --over allocation --total 100 --p1 0.3 --p2 0.6 --from 0.5 --to 2 --step "
-                  "0.25 --json");
+    const auto run = statpower(
+        "prop-two curve --over allocation --total 100 --p1 0.3 --p2 0.6 --from 0.5 --to 2 --step "
+        "0.25 --json");
     EXPECT_EQ(run.status, 0);
     ASSERT_EQ(run.json().size(), 5U);
     EXPECT_EQ(run.json()[1]["ratio"], 0.875);

@@ -229,7 +229,8 @@ TEST(TwoProportionsByRatio, EveryArgumentIsChecked) {
 /// The size axes at cheap powers.
 std::vector<double> first_sizes(int method, int test, int min1, int max1, int min2, int max2, double n1,
                                 double n2, double p1 = 0.2, double p2 = 0.7) {
-    const Surface s(PlotNIndSampBinom(method, test, 0, true, false, min1, max1, min2, max2, n1, n2, p1, p2, 0.05));
+    const Surface s(
+        PlotNIndSampBinom(method, test, 0, true, false, min1, max1, min2, max2, n1, n2, p1, p2, 0.05));
     std::vector<double> ends;
     if (!s.empty()) ends = {s.x().front(), s.x().back(), s.y().front(), s.y().back()};
     return ends;

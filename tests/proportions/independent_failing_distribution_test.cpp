@@ -80,9 +80,7 @@ const double kZ = OrvMath_940::OrvDistFun::IdfStdNorm(0.95);
 TEST(FailingBinomialProbability, OfARejectingTableMakesTheChiSquarePowerMinusTwo) {
     expect_failure_of_rejecting_tables_only(
         [] { return _PowerIndSamBinBinEnumChisq(n1, n2, p1, p2, 1, 0.05, false, nullptr); },
-        [](int x1, int x2) {
-            return _BinEnumChisqTestStatsZ(n1, n2, p1, p2, x1, x2, 1, false).first > kZ;
-        });
+        [](int x1, int x2) { return _BinEnumChisqTestStatsZ(n1, n2, p1, p2, x1, x2, 1, false).first > kZ; });
 }
 
 TEST(FailingBinomialProbability, OfARejectingTableMakesTheTPowerMinusTwo) {

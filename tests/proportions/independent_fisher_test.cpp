@@ -64,8 +64,8 @@ TEST(FisherExact, FractionalGroupsCountUpToTheTruncatedSize) {
     for (int i = 0; i < 60; ++i) expect_as_transcribed({size(random), size(random), 0.3, 0.6, i % 2, 0.05});
 }
 
-// The tail probability of each possible critical value, as a fraction, is taken as the level: whether it still
-// counts as "does not exceed" is a matter of the last bit.
+// The tail probability of each possible critical value, as a fraction, is taken as the level: whether it
+// still counts as "does not exceed" is a matter of the last bit.
 TEST(FisherExact, LevelsThatEqualATailProbabilityAreDecidedAsTranscribed) {
     for (int n1 = 1; n1 <= 8; ++n1)
         for (int n2 = 1; n2 <= 8; ++n2)

@@ -28,9 +28,9 @@ std::vector<double> sizes(double W, double p1, double p2, double r, int method, 
 
 TEST(TwoProportionsHalfWidth, AgreesWithHighPrecision) {
     for (const auto& row : read_table("proportions/independent_half_width.csv"))
-        EXPECT_NEAR(HalfCIIndSampBinom(row[2], row[3], row[4], row[5], row[6], static_cast<int>(row[0]),
-                                       row[1] != 0),
-                    row[7], 1e-13)
+        EXPECT_NEAR(
+            HalfCIIndSampBinom(row[2], row[3], row[4], row[5], row[6], static_cast<int>(row[0]), row[1] != 0),
+            row[7], 1e-13)
             << "line " << row.line;
 }
 

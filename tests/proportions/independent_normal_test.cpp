@@ -29,9 +29,7 @@ struct Design {
     double t(bool pooled = false) const {
         return _PowerIndSamBinNormalApproxT(n1, n2, p1, p2, sides, alpha, pooled);
     }
-    double likelihood_ratio() const {
-        return _PowerIndSamBinNormalApproxLRT(n1, n2, p1, p2, sides, alpha);
-    }
+    double likelihood_ratio() const { return _PowerIndSamBinNormalApproxLRT(n1, n2, p1, p2, sides, alpha); }
     double fisher() const { return _PowerIndSamBinNormalApproxFisher(n1, n2, p1, p2, sides, alpha); }
 };
 

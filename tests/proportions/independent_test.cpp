@@ -89,7 +89,8 @@ TEST(TwoProportions, TheCodesNameTheTest) {
     const double n1 = 14, n2 = 17, p1 = 0.2, p2 = 0.6, alpha = 0.05;
     for (int sides : {0, 1})
         for (bool flag : {false, true}) {
-            Question q{.p1 = p1, .p2 = p2, .alpha = alpha, .sides = sides, .correction = flag, .pooled = !flag};
+            Question q{
+                .p1 = p1, .p2 = p2, .alpha = alpha, .sides = sides, .correction = flag, .pooled = !flag};
             q.method = 0;
             q.test = 0;
             EXPECT_EQ(q.power(n1, n2),
@@ -111,8 +112,7 @@ TEST(TwoProportions, TheCodesNameTheTest) {
                 EXPECT_EQ(q.power(n1, n2),
                           _PowerIndSamBinBinEnumT(n1, n2, p1, p2, sides, alpha, !flag, nullptr));
                 q.test = 2;
-                EXPECT_EQ(q.power(n1, n2),
-                          _PowerIndSamBinBinEnumLRT(n1, n2, p1, p2, sides, alpha, nullptr));
+                EXPECT_EQ(q.power(n1, n2), _PowerIndSamBinBinEnumLRT(n1, n2, p1, p2, sides, alpha, nullptr));
                 for (int other : {3, 4, 7, -1}) {
                     q.test = other;
                     EXPECT_EQ(q.power(n1, n2),
@@ -155,8 +155,10 @@ TEST(TwoProportionsObjective, ExactTestFourIsTheChiSquareTest) {
     EXPECT_EQ(four.objective(20), (Question{.test = 0}.objective(20)));
     EXPECT_NE(four.objective(20), (Question{.test = 3}.objective(20)));
     // Of the other methods it is Fisher's test.
-    EXPECT_EQ((Question{.method = 2, .test = 4}.objective(20)), (Question{.method = 2, .test = 3}.objective(20)));
-    EXPECT_EQ((Question{.method = 0, .test = 4}.objective(20)), (Question{.method = 0, .test = 3}.objective(20)));
+    EXPECT_EQ((Question{.method = 2, .test = 4}.objective(20)),
+              (Question{.method = 2, .test = 3}.objective(20)));
+    EXPECT_EQ((Question{.method = 0, .test = 4}.objective(20)),
+              (Question{.method = 0, .test = 3}.objective(20)));
 }
 
 TEST(TwoProportionsObjective, CodesAreTruncatedAndFlagsAreTrueUnlessZero) {
@@ -230,12 +232,12 @@ class TranscribedSearch {
 };
 
 TEST(TwoProportionsSize, ExactSizesAreThoseOfTheTranscribedSearch) {
-    for (const Question& q : {Question{.p1 = 0.1, .p2 = 0.6, .test = 0, .sides = 1, .r = 2.5},
-                              Question{.p1 = 0.9, .p2 = 0.5, .test = 0, .correction = true},
-                              Question{.p1 = 0.1, .p2 = 0.6, .test = 1, .r = 0.6},
-                              Question{.p1 = 0.6, .p2 = 0.1, .test = 2, .sides = 1, .r = 0.6},
-                              Question{.p1 = 0.1, .p2 = 0.6, .test = 3, .r = 0.6},
-                              Question{.p1 = 0.1, .p2 = 0.6, .test = 4}})
+    for (const Question& q :
+         {Question{.p1 = 0.1, .p2 = 0.6, .test = 0, .sides = 1, .r = 2.5},
+          Question{.p1 = 0.9, .p2 = 0.5, .test = 0, .correction = true},
+          Question{.p1 = 0.1, .p2 = 0.6, .test = 1, .r = 0.6},
+          Question{.p1 = 0.6, .p2 = 0.1, .test = 2, .sides = 1, .r = 0.6},
+          Question{.p1 = 0.1, .p2 = 0.6, .test = 3, .r = 0.6}, Question{.p1 = 0.1, .p2 = 0.6, .test = 4}})
         EXPECT_EQ(q.sizes(), TranscribedSearch::sizes(q)) << q.test;
 }
 

@@ -46,10 +46,8 @@ double z_statistic(const Design& d, int x1, int x2) {
 double t_statistic(const Design& d, int x1, int x2) {
     const auto [phat1, phat2] = adjusted(d, x1, x2);
     const double N = d.n1 + d.n2;
-    const double Dp =
-        std::sqrt((d.n2 * (phat2 * (1 - phat2)) + d.n1 * (phat1 * (1 - phat1))) * N / (N - 2));
-    const double Ds =
-        std::sqrt((d.n2 * (phat1 * (1 - phat1)) + d.n1 * (phat2 * (1 - phat2))) * N / (N - 2));
+    const double Dp = std::sqrt((d.n2 * (phat2 * (1 - phat2)) + d.n1 * (phat1 * (1 - phat1))) * N / (N - 2));
+    const double Ds = std::sqrt((d.n2 * (phat1 * (1 - phat1)) + d.n1 * (phat2 * (1 - phat2))) * N / (N - 2));
     double difference = std::abs(phat1 - phat2);
     if (d.sides != 0) difference = d.p1 > d.p2 ? phat1 - phat2 : phat2 - phat1;
     return std::sqrt(d.n1 * d.n2) * difference / (d.flag ? Dp : Ds);
@@ -148,8 +146,7 @@ int Fisher::lower_critical_value(int t, int lo, int hi, double a) {
 
 double Fisher::probability_of_total(int t, int lo, int hi) const {
     double sum = 0;
-    for (int x = lo; x <= hi; ++x)
-        sum += pdf(x, design_.n1, design_.p1) * pdf(t - x, design_.n2, design_.p2);
+    for (int x = lo; x <= hi; ++x) sum += pdf(x, design_.n1, design_.p1) * pdf(t - x, design_.n2, design_.p2);
     return sum;
 }
 

@@ -10,7 +10,8 @@
 
 namespace transcription {
 
-/// A design of two groups, and the flag of its test: continuity correction (chi-square) or pooled variance (t).
+/// A design of two groups, and the flag of its test: continuity correction (chi-square) or pooled variance
+/// (t).
 struct Design {
     double n1;
     double n2;

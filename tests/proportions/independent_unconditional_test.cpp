@@ -79,8 +79,8 @@ TEST(TwoProportionsEnumerated, RandomDesignsUpToSixtyInAGroupAreDecidedAsTranscr
     std::uniform_int_distribution<int> size(2, 60);
     std::uniform_int_distribution<int> coin(0, 1);
     for (int i = 0; i < 300; ++i) {
-        const Design d{1.0 * size(random), 1.0 * size(random), unit(random), unit(random), coin(random),
-                       i % 2 ? 0.05 : unit(random), coin(random) == 1};
+        const Design d{1.0 * size(random), 1.0 * size(random),          unit(random),     unit(random),
+                       coin(random),       i % 2 ? 0.05 : unit(random), coin(random) == 1};
         for (const Procedure& test : kTests) expect_as_transcribed(test, d);
     }
 }
