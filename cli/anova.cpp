@@ -56,6 +56,11 @@ void check_groups(const Design& d, const std::string& sizes) {
         refuse("--means", "needs as many values as " + sizes);
 }
 
+// The library does not report a search that fails: it answers with the smallest allocation.
+bool is_smallest_allocation(const Design& d, double total) {
+    return total == 2.0 * d.k();
+}
+
 void check_total(const Design& d, const std::string& option, double total) {
     if (!(total > d.k())) refuse(option, "must leave at least one observation more than there are groups");
 }
@@ -88,7 +93,8 @@ void add_size(CLI::App& anova) {
                                  : PowerReverseOverallTestwES(d->k(), d->effect_size_type(), d->sizes.data(),
                                                               &sizes, d->effect_size(), d->target, d->alpha);
         const double power = d->power(sizes);
-        if (!(power >= d->target)) throw NoAnswer("no sample size reaches the power: is there an effect?");
+        if (is_smallest_allocation(*d, total) && power < d->target)
+            throw NoAnswer("no sample size reaches the power: is there an effect?");
         return Report{{"test", "one-way analysis of variance, overall F test"},
                       {"target_power", d->target},
                       {"alpha", d->alpha},
@@ -135,11 +141,14 @@ void add_half_width_size(CLI::App& anova) {
         std::vector<double> sizes;
         const double total =
             PowerReversebyHalfCIOverallTest(d->k(), d->sizes.data(), &sizes, d->half_width, d->sd, d->alpha);
+        const double half_width = HalfCIOverallTest(d->k(), total, d->sd, d->alpha);
+        if (is_smallest_allocation(*d, total) && half_width > d->half_width)
+            throw NoAnswer("no sample size reaches the half-width");
         return Report{{"target_half_width", d->half_width},
                       {"confidence", 1 - d->alpha},
                       {"group_sizes", sizes},
                       {"total", total},
-                      {"half_width", HalfCIOverallTest(d->k(), total, d->sd, d->alpha)}};
+                      {"half_width", half_width}};
     });
     add_sizes(*command, "--weights", *d, "Allocation weights, of which only the proportions matter");
     command->add_option("--halfwidth", d->half_width, "Half-width to reach")->required()->check(kPositive);

@@ -27,8 +27,8 @@ double SampleSizeTotal(int k, const double* sizes) {
 }
 
 double Combination(double n, double k) {
-    if (std::isnan(n) || std::isnan(k)) return std::numeric_limits<double>::quiet_NaN();
     if (k == 0 || k == n) return 1;
+    if (std::isnan(n) || std::isnan(k)) return std::numeric_limits<double>::quiet_NaN();
     const double m = std::min(n - k, k);
     // From here on even the smallest coefficient, 2m over m, is beyond a double: no sum need be that long.
     constexpr double kAlwaysOverflows = 520;

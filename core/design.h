@@ -2,6 +2,7 @@
 #pragma once
 
 #include <concepts>
+#include <limits>
 #include <span>
 #include <vector>
 

@@ -1,6 +1,7 @@
 // Squares, sums and weighted means over groups, as the formulas of every family need them.
 #pragma once
 
+#include <cstddef>
 #include <span>
 
 namespace statpower {

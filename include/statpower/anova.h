@@ -17,7 +17,11 @@
 // Failures. An argument outside the range that its function checks gives the missing value. A sample-size
 // search that fails (a target that no total below 2^1023 reaches) is not reported as such: the missing value
 // is negative and goes through the rounding below like any other total, so the caller sees the smallest
-// allocation, 2 in every group and a total of 2k.
+// allocation, 2 in every group and a total of 2k (unless weights are negative): compare the power of the
+// answer with the target.
+//
+// A power whose noncentrality is negative, infinite or NaN (an infinite mean, negative weights, a proportion
+// of variance of 1 or more or below 0) cannot be computed and counts as 1.
 //
 // Source of the powers: J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988),
 // chapter 8; the noncentral F distribution is evaluated exactly instead of by its tables.
@@ -35,15 +39,13 @@ extern "C" {
 /// k - 1 and N - k degrees of freedom, N the sum of the sizes, and noncentrality
 /// lambda = sum of (sizes[i] / N) (means[i] - m)^2 / (sigma^2 / N), m the size-weighted grand mean.
 /// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k. At N = k
-/// no
-///         error degree of freedom is left, the probability is missing and the power counts as 1.
+///         no error degree of freedom is left: the power cannot be computed and counts as 1.
 STATPOWER_API double PowerOverallTest(int k, const double* means, const double* sizes, double sigma,
                                       double alpha);
 
 /// Power of the overall F test for an effect size: noncentrality N es^2 for f, N es / (1 - es) for a
 /// proportion of variance.
-/// @return the power; the missing value unless alpha > 0, k >= 2, alpha < 1 and N >= k. Where the
-///         noncentrality is negative or infinite (a proportion of 1 or more) the power counts as 1.
+/// @return as PowerOverallTest; sigma is not needed and es not checked
 STATPOWER_API double PowerOverallTestwES(int k, int esType, const double* sizes, double es, double alpha);
 
 // ---- Overall F test: which effect does a design represent? -----------------------------------------------
@@ -58,8 +60,10 @@ STATPOWER_API double RMSSEOverallTest(int k, const double* means, const double* 
 
 // ---- Overall F test: which sample size reaches a power? --------------------------------------------------
 
-/// Smallest allocation whose power reaches a target. The total N is searched from 2k upwards to within 1e-6;
-/// group i gets the ceiling of sizes[i] / (sum of sizes) times N, but at least 2.
+/// Allocation whose power reaches a target. The total N is searched from 2k upwards (but 2k + 400, the first
+/// guess, is taken if its power is exactly the target) and found from below to within 1e-6; group i gets the
+/// ceiling of sizes[i] / (sum of sizes) times N, but at least 2. Where rounding up adds next to nothing, the
+/// power can fall short of the target by what 1e-6 of an observation is worth.
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1.
 ///         A failed search: see the head of this file.
 STATPOWER_API double PowerReverseOverallTest(int k, const double* means, const double* sizes,
@@ -79,8 +83,9 @@ STATPOWER_API double PowerReverseOverallTestwES(int k, int esType, const double*
 /// k, alpha outside [0, 2]) the result is computed with the missing value.
 STATPOWER_API double HalfCIOverallTest(int k, double N, double sigma, double alpha);
 
-/// Smallest allocation whose half-width does not exceed a target (in the units of the data, not checked).
-/// The total N is searched from 2k upwards to within 1e-9 and allocated as in PowerReverseOverallTest.
+/// Allocation whose half-width does not exceed a target (in the units of the data, not checked). The total N
+/// is searched from 2k upwards to within 1e-9 and allocated as in PowerReverseOverallTest, but each share is
+/// sizes[i] times N divided by the sum of the sizes, in this order.
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
 STATPOWER_API double PowerReversebyHalfCIOverallTest(int k, const double* sizes,
                                                      std::vector<double>* groupSizes, double halfWidth,

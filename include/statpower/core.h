@@ -51,9 +51,9 @@ STATPOWER_API double SampleSizeTotal(int k, const double* sizes);
 /// Binomial coefficient n over k, through sums of logarithms:
 /// with m = min(n - k, k), exp(|sum of ln 1..m - sum of ln (n - m + 1)..n|).
 ///
-/// Exactly 1 for k = 0 and k = n, and never below 1. Arguments are not validated: fractional ones go through
-/// the same steps (the second sum starts at n - m + 1 truncated). From m = 520 upwards, and for an infinite
-/// n, the result is infinity, which is what the sums would give; a NaN gives NaN.
+/// Exactly 1 for k = 0 (whatever n is) and k = n, and never below 1. Arguments are not validated: fractional
+/// ones go through the same steps (the second sum starts at n - m + 1 truncated). From m = 520 upwards, and
+/// for an infinite n, the result is infinity, which is what the sums would give; a NaN gives NaN.
 STATPOWER_API double Combination(double n, double k);
 
 /// Inverse hyperbolic tangent, Fisher's z of a correlation r: (ln(1 + r) - ln(1 - r)) / 2.
@@ -65,19 +65,20 @@ STATPOWER_API double InvTanh(double r);
 /// Sample size at which an increasing objective changes its sign: doubling the upper end until the interval
 /// brackets the root, then bisection.
 ///
-/// The objective is evaluated at `high` first and at `low` second. The cancel object is asked once before
-/// every doubling and once before every halving. An objective value within 1e-14 of zero counts as a hit.
+/// The objective is evaluated at `high` first and at `low` second. A value below 1e-14 in absolute value is a
+/// hit and ends the search, at `high` before `low` is looked at; at `low` only zero and positive values do.
+/// The cancel object is asked once before every doubling and once before every halving.
 /// @param design     design vector, copied for every evaluation and never changed
 /// @param objective  the family's objective
 /// @param cancel     asked as said; may be null
 /// @param low,high   starting interval, low < high
 /// @param tolerance  the bisection ends when the bracket is narrower than this; greater than 0
-/// @return the left end of the final bracket (objective zero or negative there, or within 1e-14 of zero), not
-///         rounded; `low` where the objective is already non-negative at `low`; the missing value when
-///         cancelled, or when the upper end has grown beyond 8.988465674311579e+307 in absolute value (half
-///         the largest double, 2^1023 but for the last digit: the target cannot be reached) or cannot grow
-///         (0 or NaN). A NaN objective inside the bracket counts as positive. A tolerance that is never met
-///         ends the bisection when the width can no longer be halved.
+/// @return the left end of the final bracket, not rounded: the objective is zero or negative there, or a hit.
+///         `low` where the objective is already non-negative at `low`. The missing value when cancelled, or
+///         when the target cannot be reached: the upper end has grown beyond half the largest double
+///         (8.988465674311579e+307) in absolute value, or cannot grow (0 or NaN). A NaN objective counts as
+///         positive inside the bracket; at either end it leads to bisection of [low, high]. A tolerance that
+///         is never met ends the bisection when the width can no longer be halved.
 STATPOWER_API double PowerReverse(const std::vector<double>& design, POWER_NAMESPACE::Objective objective,
                                   OrvCommon_940::OrvQueryCancel* cancel, double low, double high,
                                   double tolerance);
@@ -131,9 +132,8 @@ STATPOWER_API void FreeMemXYZPlot(XYZPlot plot);
 
 // What all curve functions have in common
 // - Invalid arguments give the empty result: counts 0, pointers null. So does a grid whose number of points
-// is
-//   not a whole number from 1 to the largest int: a step of zero, negative or NaN, a reversed or overflowing
-//   range, an axis of zero width that is divided into steps.
+//   is not a whole number from 1 to the largest int: a step of zero, negative or NaN, a reversed or
+//   overflowing range, an axis of zero width that is divided into steps.
 // - A point whose power is missing holds the missing value. Where a curve stores its powers in single
 //   precision (said in its description) the missing value survives the narrowing: IsMissing recognises it.
 // - When memory runs out, the standard allocation exception leaves the function and nothing leaks.

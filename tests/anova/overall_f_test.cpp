@@ -269,12 +269,14 @@ TEST(OverallFSize, GivesEveryGroupAtLeastTwo) {
 
 TEST(OverallFSize, ResizesTheVectorToOneElementAGroup) {
     Design d;
-    for (std::size_t before : {0u, 1u, 3u, 7u}) {
-        std::vector<double> sizes(before, -1);
-        d.size(&sizes);
-        EXPECT_EQ(sizes.size(), 3u);
-        EXPECT_THAT(sizes, Each(testing::Ge(2)));
-    }
+    for (double (Design::*search)(std::vector<double>*) :
+         {&Design::size, &Design::size_es, &Design::size_half_width})
+        for (std::size_t before : {0u, 1u, 3u, 7u}) {
+            std::vector<double> sizes(before, -1);
+            (d.*search)(&sizes);
+            EXPECT_EQ(sizes.size(), 3u);
+            EXPECT_THAT(sizes, Each(testing::Ge(2)));
+        }
 }
 
 TEST(OverallFSize, RefusedArgumentsAreMissingAndLeaveTheVectorUntouched) {
@@ -342,6 +344,11 @@ TEST(OverallFHalfWidth, IsTheQuantileTimesTheStandardErrorOfTheMean) {
     EXPECT_NEAR(HalfCIOverallTest(7, 9, 6, 0.05), t2 * 6 / 3, 1e-13 * t2);
 }
 
+TEST(OverallFHalfWidth, GoesToItsLimits) {
+    EXPECT_EQ(HalfCIOverallTest(3, kInfinity, 2, 0.05), 0);
+    EXPECT_EQ(HalfCIOverallTest(3, 40, 2, 0), kInfinity);
+}
+
 TEST(OverallFHalfWidth, ChecksNothing) {
     EXPECT_LT(HalfCIOverallTest(3, 40, -2, 0.05), 0);
     EXPECT_EQ(HalfCIOverallTest(3, 40, 0, 0.05), 0);
@@ -349,6 +356,9 @@ TEST(OverallFHalfWidth, ChecksNothing) {
     EXPECT_GT(HalfCIOverallTest(0, 40, 2, 0.05), 0);
     // N = k: the quantile is missing, and goes into the product as it is.
     EXPECT_EQ(HalfCIOverallTest(4, 4, 2, 0.05), OrvMV::Missing());
+    EXPECT_EQ(HalfCIOverallTest(9, 4, 2, 0.05), OrvMV::Missing());
+    EXPECT_TRUE(std::isnan(HalfCIOverallTest(4, -4, 2, 0.05)));
+    EXPECT_TRUE(std::isnan(HalfCIOverallTest(4, kNaN, 2, 0.05)));
 }
 
 TEST(OverallFHalfWidth, SizeIsTheSmallestWhoseHalfWidthDoesNotExceedTheTarget) {
@@ -387,21 +397,26 @@ TEST(OverallFHalfWidth, MultipliesBeforeItDividesUnlikeThePowerSearch) {
     Design d;
     d.target = 0;
     d.half_width = 1e6;
-    std::vector<double> by_power, by_half_width;
+    std::vector<double> by_means, by_effect, by_half_width;
+    const auto search = [&] {
+        d.size(&by_means);
+        d.size_es(&by_effect);
+        d.size_half_width(&by_half_width);
+    };
 
     d.k = 5;
     d.means = {0, 1, 2, 3, 4};
     d.sizes = {0.4, 0.1, 0.1, 0.1, 0.1};
-    d.size(&by_power);
-    d.size_half_width(&by_half_width);
-    EXPECT_EQ(by_power[0], 6);
+    search();
+    EXPECT_EQ(by_means[0], 6);
+    EXPECT_EQ(by_effect[0], 6);
     EXPECT_EQ(by_half_width[0], 5);
 
     d.k = 3;
     d.sizes = {0.2, 0.1, 0.1};
-    d.size(&by_power);
-    d.size_half_width(&by_half_width);
-    EXPECT_EQ(by_power[0], 3);
+    search();
+    EXPECT_EQ(by_means[0], 3);
+    EXPECT_EQ(by_effect[0], 3);
     EXPECT_EQ(by_half_width[0], 4);
 }
 
@@ -434,8 +449,38 @@ TEST(OverallFInput, NaNAndInfinitiesAnywhereGiveSomeResultAndEnd) {
             EXPECT_GE(d.size_es(&sizes), 6);
             EXPECT_GE(d.size_half_width(&sizes), 6);
         }
-        EXPECT_NO_THROW(HalfCIOverallTest(3, value, 1, 0.05));
-        EXPECT_NO_THROW(HalfCIOverallTest(3, 40, 1, value));
+    }
+}
+
+TEST(OverallFInput, ArraysAreNotReadWhenAnotherArgumentIsRefused) {
+    std::vector<double> sizes = {7};
+    EXPECT_MISSING(PowerOverallTest(3, nullptr, nullptr, 1, 0));
+    EXPECT_MISSING(PowerOverallTest(3, nullptr, nullptr, 1, 1));
+    EXPECT_MISSING(PowerOverallTest(1, nullptr, nullptr, 1, 0.05));
+    EXPECT_MISSING(PowerOverallTest(3, nullptr, nullptr, 0, 0.05));
+    EXPECT_MISSING(PowerOverallTestwES(3, 0, nullptr, 0.25, 0));
+    EXPECT_MISSING(PowerOverallTestwES(3, 0, nullptr, 0.25, 1));
+    EXPECT_MISSING(PowerOverallTestwES(1, 0, nullptr, 0.25, 0.05));
+    EXPECT_MISSING(RMSSEOverallTest(3, nullptr, nullptr, 1, 1));
+    EXPECT_MISSING(PowerReverseOverallTest(3, nullptr, nullptr, &sizes, 1, 0.8, 1));
+    EXPECT_MISSING(PowerReverseOverallTestwES(3, 0, nullptr, &sizes, 0.25, 0.8, 1));
+    EXPECT_MISSING(PowerReversebyHalfCIOverallTest(3, nullptr, &sizes, 0.5, 1, 1));
+    EXPECT_THAT(sizes, ElementsAre(7));
+}
+
+TEST(OverallFInput, TheSmallestDesignAndTheOutermostLevelsAreAccepted) {
+    Design d;
+    d.k = 2;
+    d.means = {0, 1};
+    d.sizes = {10, 10};
+    d.sigma = kSmallest;
+    for (double alpha : {1e-300, kBelowOne}) {
+        d.alpha = alpha;
+        std::vector<double> sizes;
+        EXPECT_PRED1([](double v) { return !OrvMV::IsMissing(v); }, d.rmsse());
+        for (double result : {d.power(), d.power_es(), d.kernel(20), d.kernel_es(20), d.size(&sizes),
+                              d.size_es(&sizes), d.size_half_width(&sizes)})
+            EXPECT_PRESENT(result);
     }
 }
 

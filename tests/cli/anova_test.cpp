@@ -53,6 +53,20 @@ TEST(AnovaCommand, ATargetThatNoSizeReachesHasNoAnswer) {
     EXPECT_THAT(run.text, HasSubstr("no sample size"));
 }
 
+TEST(AnovaCommand, AnAnswerThatFallsShortByRoundingIsStillAnAnswer) {
+    // The search ends within a millionth of an observation below the root, here just below the whole number 84.
+    const auto run = statpower(
+        "anova size --means 10,12,14,11 --weights 1,1,1,1 --sd 4 --power 0.80133194081996162 --json");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.json()["total"], 84);
+}
+
+TEST(AnovaCommand, AHalfWidthThatNoSizeReachesHasNoAnswer) {
+    const auto run = statpower("anova halfwidth-size --weights 1,1,1 --sd 1 --halfwidth 1e-200");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.text, HasSubstr("no sample size"));
+}
+
 TEST(AnovaCommand, EffectIsTheLibrarys) {
     EXPECT_EQ(
         statpower("anova effect --means 10,12,14,11 --sizes 10,10,10,20 --sd 4 --json").json()["effect"],

@@ -42,6 +42,9 @@ TEST(Combination, IsExactlyOneForNoneAndForAll) {
     EXPECT_EQ(Combination(5, 0), 1);
     EXPECT_EQ(Combination(5, 5), 1);
     EXPECT_EQ(Combination(0.5, 0.5), 1);
+    EXPECT_EQ(Combination(kNaN, 0), 1);
+    EXPECT_EQ(Combination(kInfinity, 0), 1);
+    EXPECT_EQ(Combination(kInfinity, kInfinity), 1);
 }
 
 TEST(Combination, IsTheBinomialCoefficientWithinRoundingOfExpAndLog) {
@@ -70,7 +73,9 @@ TEST(Combination, StartsTheProductAtTheTruncatedNumber) {
 }
 
 TEST(Combination, IsInfiniteWhereTheSmallestCoefficientOverflows) {
-    EXPECT_TRUE(std::isfinite(Combination(1020, 510)));
+    // The largest finite central coefficient, and the one after it.
+    EXPECT_NEAR(Combination(1029, 514) / 1.4298206864989042e308, 1, 1e-11);
+    EXPECT_EQ(Combination(1030, 515), kInfinity);
     EXPECT_EQ(Combination(1e300, 1e299), kInfinity);
     EXPECT_EQ(Combination(2000, 1000), kInfinity);
     EXPECT_EQ(Combination(kInfinity, 3), kInfinity);

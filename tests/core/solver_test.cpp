@@ -97,10 +97,16 @@ TEST(PowerReverse, ATinyPositiveValueEndsTheSearchAtTheUnchangedLeftEnd) {
     EXPECT_EQ(solve(0, 64), 32);
 }
 
-TEST(PowerReverse, TheToleranceIsTestedBeforeTheHit) {
-    // The last width, 0.5, is below the tolerance; the left end is what that evaluation made it.
-    RecordedObjective f([](double n) { return n - 1.5; });
-    EXPECT_EQ(solve(0, 2, 0.6), 1.5);
+TEST(PowerReverse, ATinyNegativeValueAtTheLowerEndIsNoHit) {
+    RecordedObjective f([](double n) { return n == 10 ? -5e-15 : n - 100; });
+    EXPECT_NEAR(solve(10, 410), 100, 1e-6);
+}
+
+TEST(PowerReverse, TheToleranceHoldsForTheAbsoluteWidth) {
+    // A starting interval the wrong way round: the widths are negative.
+    RecordedObjective f([](double n) { return 37.3 - n; });
+    EXPECT_NEAR(solve(64, 0), 37.3, 1e-6);
+    EXPECT_GT(f.points.size(), 20u);
 }
 
 TEST(PowerReverse, ReturnsAPointAtWhichTheObjectiveIsNotPositive) {
@@ -149,7 +155,9 @@ TEST(PowerReverse, TheCeilingItselfIsStillDoubledAndTheNextDoubleIsNot) {
 TEST(PowerReverse, TheCeilingHoldsForTheAbsoluteValueOfTheUpperEnd) {
     RecordedObjective f([](double) { return -1; });
     EXPECT_TRUE(OrvMV::IsMissing(solve(1, OrvMV::Missing())));
-    EXPECT_LT(f.points.size(), 1000u);
+    EXPECT_LT(f.points.back(), -kCeiling);
+    EXPECT_TRUE(std::isfinite(f.points.back()));
+    EXPECT_GE(f.points[f.points.size() - 2], -kCeiling);
 }
 
 TEST(PowerReverse, AnUpperEndThatCannotGrowIsMissing) {
@@ -187,6 +195,21 @@ TEST(PowerReverse, AsksTheCancelObjectBeforeEveryDoublingAndEveryHalving) {
     solve(10, 410, 1e-6, &cancel);
     // Every evaluation but the first two.
     EXPECT_EQ(cancel.queries, static_cast<long>(f.points.size()) - 2);
+}
+
+TEST(PowerReverse, DoesNotAskBeforeTheDoublingThatTheCeilingForbids) {
+    RecordedObjective f([](double) { return -1; });
+    CountingCancel cancel;
+    EXPECT_TRUE(OrvMV::IsMissing(solve(10, 410, 1e-6, &cancel)));
+    EXPECT_EQ(cancel.queries, static_cast<long>(f.points.size()) - 2);
+}
+
+TEST(PowerReverse, EndsForAnyLowerEnd) {
+    for (double low : {kNaN, -kInfinity, kInfinity, 1e300}) {
+        RecordedObjective f([](double n) { return n < 100 ? -1 : 1; });
+        EXPECT_NO_FATAL_FAILURE(solve(low, 410)) << low;
+        EXPECT_LT(f.points.size(), 2200u) << low;
+    }
 }
 
 TEST(PowerReverse, NeverAsksBeforeTheFirstTwoEvaluations) {
