@@ -5,8 +5,12 @@
 
 namespace orvmath {
 
-/// Parameters beyond this are at their limit in double precision.
-inline constexpr double kHugeParameter = 1e100;
+/// Parameters beyond these are at their limit in double precision.
+inline constexpr double kTinyParameter = 1e-100, kHugeParameter = 1e60;
+
+/// With parameters in that range, beyond these ratios b x / y the tail is a power of the ratio in double
+/// precision.
+inline constexpr double kSmallestRatio = 1e-200, kLargestRatio = 1e200;
 
 /// A point x of the Beta(a, b) distribution. What a difference would lose is kept beside: y = 1 - x, the
 /// deviation from the mean b x - a y = (a + b)(x - mean), and what the rounding of x lost.
@@ -15,9 +19,9 @@ struct BetaPoint {
 
     static BetaPoint at(double x, double a, double b);
 
-    /// The point x = a f / (a f + b) at which the distribution function of the F distribution with 2a and 2b
-    /// degrees of freedom takes its value for f; f at most 1e180.
-    static BetaPoint at_f(double f, double a, double b);
+    /// The point x = r / (r + b) of the ratio r = b x / y to the parameter a at the mean; r between
+    /// kSmallestRatio and kLargestRatio. (The F distribution with 2a and 2b degrees of freedom has r = a f.)
+    static BetaPoint at_ratio(TwoDoubles r, double a, double b);
 
     /// The same point seen from the other end.
     BetaPoint mirrored() const { return {b, a, y, x, -deviation, -x_low}; }
@@ -27,8 +31,10 @@ struct BetaPoint {
 /// function.
 double beta_prefix(const BetaPoint& p);
 
-/// About how many terms the power series of the incomplete beta function needs at the point.
-double beta_series_terms(const BetaPoint& p);
+/// Whether the power series of the incomplete beta function needs about that many terms or fewer. (They are
+/// those of a negative binomial tail from a upwards with mean b x / y and variance b x / y^2, or fall at
+/// least by the first ratio.)
+bool beta_series_is_short(const BetaPoint& p, double terms);
 
 /// Incomplete beta functions I_x(a, b) and I_y(b, a), given the prefix.
 Tails beta_tails(const BetaPoint& p, double prefix);

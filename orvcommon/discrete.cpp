@@ -64,16 +64,18 @@ class WideInteger {
     int size_ = 1;
 };
 
+/// P(X <= x) for 0 <= x < n and 0 < p < 1, rounded once, where exact arithmetic is affordable.
+///
 /// Critical values of exact tests sit on exact ties (a tail of exactly 1/20), where one last bit decides.
 /// With p = u / 2^m the sum is a whole number over 2^(n m); where that has at most 512 bits it is formed
 /// exactly and rounded once.
 std::optional<double> exact_cdf(int x, double trials, double p) {
     const double scaled = std::ldexp(p, 63);
     if (trials != std::floor(trials) || scaled != std::floor(scaled)) return std::nullopt;
-    const int n = static_cast<int>(trials), spare = std::countr_zero(static_cast<std::uint64_t>(scaled)),
-              m = 63 - spare;
+    const auto bits = static_cast<std::uint64_t>(scaled);
+    const int n = static_cast<int>(trials), spare = std::countr_zero(bits), m = 63 - spare;
     if (n * m > kMaxExactBits) return std::nullopt;
-    const std::uint64_t u = static_cast<std::uint64_t>(scaled) >> spare, v = (std::uint64_t{1} << m) - u;
+    const std::uint64_t u = bits >> spare, v = (std::uint64_t{1} << m) - u;
     // By Horner's rule in v: sum over k <= x of C(n, k) u^k v^(x - k), then the remaining factors v.
     WideInteger sum(1), power(1);
     std::uint64_t coefficient = 1;
@@ -97,12 +99,11 @@ double binomial_probability(double x, double n, double p) {
     if (x < 0 || x > n) return 0;
     if (p <= 0) return x == 0;
     if (p >= 1) return x == n;
-    if (x == 0) return std::exp(n * std::log1p(-p));
-    if (x == n) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
-    // C(n, x) p^x q^(n-x) is the prefix of the beta function at p with parameters x and n - x, times n / (n -
-    // x).
     const double rest = n - x;
-    return beta_prefix({x, rest, p, 1 - p, std::fma(n, p, -x)}) * (n / rest);
+    if (x < kTinyParameter) return std::exp(n * std::log1p(-p));
+    if (rest < kTinyParameter) return std::exp(n * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
+    // C(n, x) p^x q^(n - x) is n / (n - x) times the prefix of the beta function at p for x and n - x.
+    return std::min(1.0, beta_prefix({x, rest, p, 1 - p, std::fma(n, p, -x)}) * (n / rest));
 }
 
 double binomial_cdf(double x, double n, double p) {
@@ -119,8 +120,8 @@ double binomial_cdf(double x, double n, double p) {
 double binomial_quantile(double prob, double n, double p) {
     double low = -1, high = std::ceil(n);  // P(X <= low) <= prob < P(X <= high), unless prob is 1
     if (prob >= 1) return high;
-    if (prob <= 0 || p <= 0) return p >= 1 ? high - 1 : -1;
     if (p >= 1) return high - 1;
+    if (prob <= 0 || p <= 0) return -1;
     // Cornish-Fisher start, then Newton steps on the distribution function inside the bracket.
     const double q = 1 - p, z = normal_quantile(prob);
     double guess = std::floor(n * p + std::sqrt(n * p * q) * z + (q - p) * (z * z - 1) / 6 - 0.5);
@@ -142,8 +143,9 @@ double binomial_quantile(double prob, double n, double p) {
 double negative_binomial_probability(double k, double r, double p) {
     if (k < 0 || p <= 0) return 0;
     if (p >= 1) return k == 0;
-    if (k == 0) return std::exp(r * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
-    return beta_prefix({k, r, 1 - p, p, std::fma(-(k + r), p, r)});
+    if (k < kTinyParameter) return std::exp(r * (p < 0.5 ? std::log(p) : std::log1p(-(1 - p))));
+    if (k + r > kHugeParameter) return 0;  // no larger than 1e-30
+    return std::min(1.0, beta_prefix({k, r, 1 - p, p, std::fma(-(k + r), p, r)}));
 }
 
 }  // namespace orvmath

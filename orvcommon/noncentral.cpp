@@ -1,12 +1,16 @@
 // Both distributions are Poisson mixtures of incomplete beta functions (Johnson, Kotz and Balakrishnan 1995,
 // Continuous Univariate Distributions 2, chapters 30 and 31). With w_j the Poisson weights of mean h, I_j =
-// I_x(a + j, b) and g_j = I_j - I_(j+1),
-//     lower = sum of w_j I_j       = sum of (w_0 + ... + w_j) g_j,   which needs no incomplete beta function
-//     at all, upper = sum of w_j (1 - I_j),  1 - I_(j+1) = (1 - I_j) + g_j,  where the g_j die out slowly (x
-//     near 1).
-// Both start at the mode of the Poisson weights, where no term carries a large exponent, and sum positive
-// terms outwards (Benton and Krishnamoorthy 2003, Computational Statistics and Data Analysis 43, 249-267).
-// For Poisson means above kMaxMean the contour integral takes over.
+// I_x(a + j, b) and g_j = I_j - I_(j+1), these are sums of positive terms:
+//
+//   lower = sum of w_j I_j = sum of (w_0 + ... + w_j) g_j, outwards from the mode of the weights. It needs no
+//           incomplete beta function at all, but the g_j die out slowly where x is near 1. Then, according to
+//           which tail is the smaller,
+//   lower = sum of w_j I_j downwards from where the weights have died out, I_j = I_(j+1) + g_j, or
+//   upper = sum of w_j (1 - I_j) outwards from the mode, 1 - I_(j+1) = (1 - I_j) + g_j.
+//
+// Starting at the mode, where no term carries a large exponent: D. Benton and K. Krishnamoorthy (2003),
+// Computational Statistics and Data Analysis 43, 249-267. For Poisson means above kMaxMean the contour
+// integral takes over.
 #include "orvcommon/noncentral.h"
 
 #include <algorithm>
@@ -21,99 +25,133 @@
 namespace orvmath {
 namespace {
 
-using std::numbers::sqrt2;
+using std::numbers::inv_sqrtpi, std::numbers::sqrt2;
 
-constexpr double kMaxMean = 150;  // Poisson means that are summed; above, the contour integral is as fast
+constexpr double kMaxMean = 150;    // Poisson means that are summed; above, the contour integral is as fast
+constexpr double kCentral = 1e-17;  // Poisson means below are as good as none
 constexpr double kMaxMeanFromZero = 10;  // up to here the sums start at index 0
 constexpr int kMaxTerms = 1500;  // never met: the sums end after some 12 standard deviations of the weights
+constexpr double kSmallestT = 1e-99, kLargestT = 1e99;  // in between, t^2 neither overflows nor underflows
 constexpr double kGammaLike = 1e30;  // Poisson mean from which the mixture is as good as one gamma variable
-constexpr double kHugeOdds = 1e180, kLargestOdds = 1e290, kSmallestOdds = 1e-290;
 
-/// K mixtures that run side by side: number i has shape parameters a + j + i/2 and Poisson weights of index j
-/// + i/2. The noncentral F distribution is one of them, the noncentral t has a half of each parity.
+/// K mixtures that run side by side: number i has shape parameters a + j and Poisson weights of index j for
+/// j = i/2, 1 + i/2, ... The noncentral F distribution is one of them, the noncentral t has a half of each
+/// parity.
 template <std::size_t K>
 struct Mixture {
     double h;                    // Poisson mean
-    int start;                   // index j of the first term
-    BetaPoint point;             // at that index: its a is a + j
+    double a;                    // smallest shape parameter
+    int start;                   // where the sums start: index j = start + i/2
+    BetaPoint point;             // of the first mixture there
     std::array<double, K> w, g;  // weights and differences there
 };
 
-/// Where the terms of one mixture stand: index j, weight w_j and difference g_j.
-struct Term {
-    double j, w, g, n, d;  // g_(j+1) / g_j = x n / d
+/// Where the terms of the mixtures stand.
+template <std::size_t K>
+class Terms {
+  public:
+    std::array<double, K> w, g;  // weights and differences
+
+    explicit Terms(const Mixture<K>& m)
+        : w(m.w),
+          g(m.g),
+          h_(m.h),
+          inverse_h_(1 / m.h),
+          x_(m.point.x),
+          x_low_(m.point.x_low),
+          n_(m.a + m.point.b),
+          d_(m.a + 1) {
+        for (std::size_t i = 0; i < K; ++i) j_[i] = m.start + 0.5 * static_cast<double>(i);
+    }
+
+    /// One index up: w_(j+1) / w_j = h / (j + 1), g_(j+1) / g_j = x (a + b + j) / (a + 1 + j).
+    void step_up() {
+        for (std::size_t i = 0; i < K; ++i) {
+            const double n = n_ + j_[i];
+            ratio_g_[i] = (x_ * n + x_low_ * n) / (d_ + j_[i]);  // x_low keeps a long product exact
+            j_[i] += 1;
+            ratio_w_[i] = h_ / j_[i];
+            w[i] *= ratio_w_[i];
+            g[i] *= ratio_g_[i];
+        }
+    }
+
+    void step_down() {
+        for (std::size_t i = 0; i < K; ++i) {
+            w[i] *= j_[i] * inverse_h_;
+            j_[i] -= 1;
+            const double n = n_ + j_[i];
+            g[i] *= (d_ + j_[i]) / (x_ * n + x_low_ * n);
+        }
+    }
+
+    /// Bounds of all ratios after a step up. Those of the weights fall, the first mixture's are the largest;
+    /// those of the differences tend to x from either side.
+    double ratio_w() const { return ratio_w_[0]; }
+    double ratio_g() const { return std::max(x_, *std::max_element(ratio_g_.begin(), ratio_g_.end())); }
+
+    /// Ratio of the next step down in the weights; the last mixture has the larger.
+    double ratio_down() const { return j_[K - 1] * inverse_h_; }
+
+  private:
+    double h_, inverse_h_, x_, x_low_, n_, d_;
+    std::array<double, K> j_, ratio_w_, ratio_g_;
 };
 
 template <std::size_t K>
-std::array<Term, K> first_terms(const Mixture<K>& m) {
-    std::array<Term, K> terms;
-    for (std::size_t i = 0; i < K; ++i) {
-        const double shift = 0.5 * static_cast<double>(i), a = m.point.a + shift;
-        terms[i] = {m.start + shift, m.w[i], m.g[i], a + m.point.b, a + 1};
-    }
-    return terms;
-}
-
-/// One index up. The two ratios share a division; x_low keeps a long product exact.
-template <std::size_t K>
-void step_up(const Mixture<K>& m, Term& t, double& ratio_w, double& ratio_g) {
-    t.j += 1;
-    const double inverse = 1 / (t.d * t.j);
-    ratio_g = (m.point.x * t.n + m.point.x_low * t.n) * (t.j * inverse);
-    ratio_w = m.h * t.d * inverse;
-    t.g *= ratio_g;
-    t.w *= ratio_w;
-    t.n += 1;
-    t.d += 1;
-}
-
-template <std::size_t K>
-void step_down(const Mixture<K>& m, Term& t, double inverse_h) {
-    t.n -= 1;
-    t.d -= 1;
-    t.w *= t.j * inverse_h;
-    t.g *= t.d / (m.point.x * t.n + m.point.x_low * t.n);
-    t.j -= 1;
-}
-
-template <std::size_t K>
 double total(const std::array<double, K>& v) {
-    double sum = 0;
-    for (double value : v) sum += value;
+    double sum = v[0];
+    for (std::size_t i = 1; i < K; ++i) sum += v[i];
     return sum;
+}
+
+/// Whether terms of this size, falling at least by this ratio from one to the next, are nothing to the sum.
+template <std::size_t K>
+bool is_nothing(const std::array<double, K>& terms, double ratio, const std::array<double, K>& sum) {
+    return total(terms) <= 1e-17 * total(sum) * (1 - ratio);
 }
 
 /// sum of w_j I_x(a + j, b) of each mixture.
 template <std::size_t K>
 std::array<double, K> lower_sums(const Mixture<K>& m) {
     std::array<double, K> sum{}, weights{}, tail{};  // tail: I_j as the sum of the g from j upwards
-    auto terms = first_terms(m);
+    Terms<K> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        double largest_ratio = 0, remaining = 0;
         for (std::size_t i = 0; i < K; ++i) {
-            double ratio_w, ratio_g;
-            weights[i] += terms[i].w;
-            sum[i] += weights[i] * terms[i].g;
-            tail[i] += terms[i].g;
-            step_up(m, terms[i], ratio_w, ratio_g);
-            largest_ratio = std::max(largest_ratio, ratio_g);
-            remaining += terms[i].g;
+            weights[i] += up.w[i];
+            sum[i] += weights[i] * up.g[i];
+            tail[i] += up.g[i];
         }
-        if (largest_ratio < 1 && remaining <= 1e-17 * total(sum) * (1 - largest_ratio)) break;
+        up.step_up();
+        if (is_nothing(up.g, up.ratio_g(), sum)) break;
     }
-    terms = first_terms(m);
-    const double inverse_h = 1 / m.h;
     for (int j = m.start; j > 0; --j) {
         count_step();
-        double remaining = 0;
+        down.step_down();
         for (std::size_t i = 0; i < K; ++i) {
-            step_down(m, terms[i], inverse_h);
-            tail[i] += terms[i].g;
-            sum[i] += terms[i].w * tail[i];
-            remaining += terms[i].w;
+            tail[i] += down.g[i];
+            sum[i] += down.w[i] * tail[i];
         }
-        if (remaining <= 1e-17 * total(sum) * (1 - j * inverse_h)) break;
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
+    }
+    return sum;
+}
+
+/// The same downwards from the start, given I there: for a start beyond which the weights are negligible.
+template <std::size_t K>
+std::array<double, K> lower_sums_from_above(const Mixture<K>& m, const std::array<double, K>& first) {
+    std::array<double, K> sum{}, tail = first;
+    Terms<K> down(m);
+    for (std::size_t i = 0; i < K; ++i) sum[i] = down.w[i] * tail[i];
+    for (int j = m.start; j > 0; --j) {
+        count_step();
+        down.step_down();
+        for (std::size_t i = 0; i < K; ++i) {
+            tail[i] += down.g[i];
+            sum[i] += down.w[i] * tail[i];
+        }
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
     }
     return sum;
 }
@@ -122,49 +160,47 @@ std::array<double, K> lower_sums(const Mixture<K>& m) {
 template <std::size_t K>
 std::array<double, K> upper_sums(const Mixture<K>& m, const std::array<double, K>& first) {
     std::array<double, K> sum{}, tail = first;
-    auto terms = first_terms(m);
+    Terms<K> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        double largest_ratio = 0, remaining = 0;
         for (std::size_t i = 0; i < K; ++i) {
-            double ratio_w, ratio_g;
-            sum[i] += terms[i].w * tail[i];
-            tail[i] += terms[i].g;
-            step_up(m, terms[i], ratio_w, ratio_g);
-            largest_ratio = std::max(largest_ratio, ratio_w);
-            remaining += terms[i].w;
+            sum[i] += up.w[i] * tail[i];
+            tail[i] += up.g[i];
         }
-        if (largest_ratio < 1 && remaining <= 1e-17 * total(sum) * (1 - largest_ratio)) break;
+        up.step_up();
+        if (is_nothing(up.w, up.ratio_w(), sum)) break;
     }
-    terms = first_terms(m);
     tail = first;
-    const double inverse_h = 1 / m.h;
     for (int j = m.start; j > 0; --j) {
         count_step();
-        double remaining = 0;
+        down.step_down();
         for (std::size_t i = 0; i < K; ++i) {
-            step_down(m, terms[i], inverse_h);
-            tail[i] = std::max(tail[i] - terms[i].g, 0.0);
-            sum[i] += terms[i].w * tail[i];
-            remaining += terms[i].w;
+            tail[i] = std::max(tail[i] - down.g[i], 0.0);
+            sum[i] += down.w[i] * tail[i];
         }
-        if (remaining <= 1e-17 * total(sum) * (1 - j * inverse_h)) break;
+        if (is_nothing(down.w, down.ratio_down(), sum)) break;
     }
     return sum;
 }
 
-int first_index(double h) {
+/// The index at which sums start outwards.
+int mode_index(double h) {
     return h > kMaxMeanFromZero ? static_cast<int>(h) : 0;
 }
 
-/// Whether the differences die out before the Poisson weights do.
-template <std::size_t K>
-bool lower_is_shorter(const Mixture<K>& m) {
-    const double weights = 8.9 * std::sqrt(m.h) + 20 + (m.start > 0 ? 0 : m.h);
-    return beta_series_terms(m.point) < weights + 50;
+/// An index at which the weights have died out to 1e-18 of the largest, but not underflowed.
+int top_index(double h) {
+    if (h < 0.01) return 1 + static_cast<int>(-41.4 / std::log(h));  // h^j / j! < 1e-18
+    return static_cast<int>(h + 8.9 * std::sqrt(h) + 20);
 }
 
-/// The point at which the sums start: a is raised by `start`, the deviation with it.
+/// Whether the differences die out about as soon as the Poisson weights do.
+template <std::size_t K>
+bool differences_die_out(const Mixture<K>& m) {
+    return beta_series_is_short(m.point, 70 + m.h - m.start + 8.9 * std::sqrt(m.h));
+}
+
+/// The point of the parameters (a + by, b).
 BetaPoint raised(const BetaPoint& p, double by) {
     BetaPoint q = p;
     q.a += by;
@@ -172,74 +208,111 @@ BetaPoint raised(const BetaPoint& p, double by) {
     return q;
 }
 
-/// Above kGammaLike the numerator is as good as a gamma variable of the same mean and variance.
-Tails gamma_like(double f_over_mean, double mean, double h, double b) {
+/// Whether the point p of (a, b) lies two standard deviations or more below the mean of the mixture, so that
+/// the lower tail is the one to compute. (The quotient's mean and variance: see saddlepoint.h, c = x / y.)
+bool is_far_below(const BetaPoint& p, double h) {
+    const double c = p.x / p.y, mean = h - p.deviation / p.y, variance = p.a + 2 * h + p.b * c * c;
+    return mean > 0 && mean * mean > 4 * variance;
+}
+
+/// Above kGammaLike the numerator is as good as a gamma variable of the same mean and variance; x is the
+/// ratio of the quotient to its mean.
+Tails gamma_like(double x, double mean, double h, double b) {
     const double shape = std::min(mean / (1 + h / mean), kHugeParameter);
-    return beta_tails(BetaPoint::at_f(std::min(f_over_mean, kHugeOdds), shape, b));
+    const double r = std::clamp(x * shape, kSmallestRatio, kLargestRatio);
+    return beta_tails(BetaPoint::at_ratio({r, 0}, shape, b));
 }
 
-Tails large_mean(const QuotientPoint& q) {
-    if (!(q.c < kLargestOdds)) return {1, 0};
-    if (!(q.c > kSmallestOdds)) return {0, 1};
-    return saddlepoint_tails(q);
+/// The quotient of a gamma variable of shape a + Poisson(h) and one of shape b at r / b, for h above
+/// kMaxMean.
+Tails large_mean(TwoDoubles r, double a, double b, TwoDoubles h) {
+    const TwoDoubles s = two_sum(a, h.high), t = two_sum(s.high, -r.high);
+    return saddlepoint_tails({a, b, h.high, r.high / b, t.high + (s.low + t.low + h.low - r.low)});
 }
 
-/// P(0 < T <= t) and P(T > t) for t > 0 and delta^2 / 2 <= kMaxMean.
-Tails noncentral_t_sum(double t, double df, double delta) {
-    if (t < 1e-100) return {normal_cdf(-delta), normal_cdf(delta)};
-    const bool far = t > 1e100;
-    if (far) {  // only t^2 / df and df enter: keep t^2 in range
-        const double k = 1e100 / t;
-        t = 1e100;
-        df = std::max(df * k * k, 1e-290);
-    }
-    const double b = 0.5 * df, h = 0.5 * delta * delta, size = std::fabs(delta);
-    // x = t^2 / (df + t^2) = x + x_low
-    const TwoDoubles tt = two_product(t, t), sum = two_sum(df, tt.high);
-    const double sum_low = sum.low + tt.low;
-    const double x = tt.high / sum.high, y = df / sum.high, ratio = tt.high / df;
-    const double x_low = (std::fma(-x, sum.high, tt.high) + tt.low - x * sum_low) / sum.high;
-
-    Mixture<2> m;
-    m.h = h;
-    m.start = first_index(h);
-    const double a = 0.5 + m.start;
-    m.point = {a, b, x, y, far ? x * b - y * a : y * ((0.5 * tt.high - a) + 0.5 * tt.low), x_low};
-    double y_to_b = 0;
-    if (m.start == 0) {
-        y_to_b = std::exp(-b * std::log1p(ratio));
-        const double h_low = 0.5 * std::fma(delta, delta, -(delta * delta));
-        m.w[0] = std::exp(-h) * (1 - h_low);
-        m.w[1] = m.w[0] * size * (sqrt2 * std::numbers::inv_sqrtpi);
-        m.g[0] = 2 * std::numbers::inv_sqrtpi * gamma_half_ratio(b) * std::sqrt(x) * y_to_b;
-        m.g[1] = (x * b + x_low * b) * y_to_b;
-    } else {
-        m.w[0] = poisson_weight(m.start, h);
-        m.w[1] = m.w[0] * (size / sqrt2) / gamma_half_ratio(m.start + 1.0);
-        m.g[0] = beta_prefix(m.point);
-        m.g[1] = m.g[0] * std::sqrt(x) * gamma_half_ratio(a + b) / gamma_half_ratio(a + 1);
-    }
-    if (lower_is_shorter(m)) {
-        const auto sums = lower_sums(m);
-        const double half = 0.5 * (sums[0] + std::copysign(sums[1], delta));
-        return {std::min(1.0, normal_cdf(-delta) + half), std::max(0.0, normal_cdf(delta) - half)};
-    }
-    const double even = beta_tails(m.point, m.g[0]).upper;
-    const double odd = m.start == 0 ? y_to_b : beta_tails(raised(m.point, 0.5), m.g[1]).upper;
-    const auto sums = upper_sums(m, {even, odd});
-    return Tails::from_upper(std::max(0.0, 0.5 * (sums[0] + std::copysign(sums[1], delta))));
+Mixture<1> f_mixture(const BetaPoint& origin, double h, int start) {
+    const BetaPoint point = raised(origin, start);
+    return {h, origin.a, start, point, {poisson_weight(start, h)}, {beta_prefix(point)}};
 }
 
-Tails noncentral_t_positive(double t, double df, double delta) {
-    const double h = std::min(0.5 * delta * delta, kLargestOdds), b = 0.5 * df;
-    if (!(h > kMaxMean)) return noncentral_t_sum(t, df, delta);
-    // Here P(Z <= -|delta|) is below 1e-66: T has the sign of delta, and T^2 is noncentral F.
-    if (delta < 0) return {1, 0};
-    if (h > kGammaLike) {
-        const double ratio = t / delta;
-        return gamma_like(ratio * ratio, h, h, b);
+/// The two halves of the noncentral t distribution, from the point of the parameters (1/2, b).
+Mixture<2> t_mixture(const BetaPoint& origin, double h, int start) {
+    const BetaPoint p = raised(origin, start);
+    const double w = poisson_weight(start, h), g = beta_prefix(p);
+    return {h,
+            origin.a,
+            start,
+            p,
+            {w, w * std::sqrt(h) / gamma_half_ratio(start + 1.0)},
+            {g, g * std::sqrt(p.x) * gamma_half_ratio(p.a + p.b) / gamma_half_ratio(p.a + 1)}};
+}
+
+/// The same from index 0, where all is elementary; y_to_b is y^b.
+Mixture<2> t_mixture_from_zero(const BetaPoint& p, double delta, double y_to_b) {
+    const double h = 0.5 * delta * delta, h_low = 0.5 * std::fma(delta, delta, -(delta * delta));
+    const double w = std::exp(-h) * (1 - h_low), g = y_to_b * (2 * inv_sqrtpi);
+    return {h,
+            p.a,
+            0,
+            p,
+            {w, w * std::fabs(delta) * (sqrt2 * inv_sqrtpi)},
+            {g * std::sqrt(p.x) * gamma_half_ratio(p.b), (p.x * p.b + p.x_low * p.b) * y_to_b}};
+}
+
+/// The noncentral F distribution at r = a x; parameters and r in their ranges.
+Tails noncentral_f_at(TwoDoubles r, double a, double b, double h) {
+    if (h > kMaxMean) return large_mean(r, a, b, {h, 0});
+    const BetaPoint p = BetaPoint::at_ratio(r, a, b);
+    if (h < kCentral) return beta_tails(p);
+    Mixture<1> m = f_mixture(p, h, mode_index(h));
+    // So far below that the difference at the mode underflows, only the first terms count.
+    if (m.g[0] < 1e-290 && m.point.deviation < 0) m = f_mixture(p, h, 0);
+    if (differences_die_out(m)) return Tails::from_lower(lower_sums(m)[0]);
+    if (is_far_below(p, h)) {
+        const Mixture<1> top = f_mixture(p, h, top_index(h));
+        return Tails::from_lower(lower_sums_from_above(top, {beta_tails(top.point, top.g[0]).lower})[0]);
     }
-    return large_mean({0.5, b, h, t / df * t, 0.5 + 0.5 * (delta - t) * (delta + t)});
+    return Tails::from_upper(upper_sums(m, {beta_tails(m.point, m.g[0]).upper})[0]);
+}
+
+TwoDoubles half(TwoDoubles v) {
+    return {0.5 * v.high, 0.5 * v.low};
+}
+
+/// The noncentral t distribution at t from kSmallestT to kLargestT.
+Tails noncentral_t_at(double t, double df, double delta) {
+    const double b = 0.5 * df, h = 0.5 * delta * delta;
+    const TwoDoubles r = half(two_product(t, t));
+    if (h > kMaxMean) {
+        // P(Z <= -|delta|) is below 1e-66: T has the sign of delta, and T^2 is noncentral F.
+        if (delta < 0) return {1, 0};
+        if (h > kGammaLike) {
+            const double mean = std::min(h, 1e300);
+            return gamma_like((t / delta) * (t / delta), mean, mean, b);
+        }
+        return large_mean(r, 0.5, b, half(two_product(delta, delta)));
+    }
+    const BetaPoint p = BetaPoint::at_ratio(r, 0.5, b);
+    const int mode = mode_index(h);
+    const double y_to_b = mode == 0 ? std::exp(-b * std::log1p(r.high / b)) : 0;
+    const Mixture<2> m = mode == 0 ? t_mixture_from_zero(p, delta, y_to_b) : t_mixture(p, h, mode);
+    // P(T <= t) = Phi(-delta) + half of the sum of both halves, the odd one with the sign of delta.
+    const auto half_of = [delta](const std::array<double, 2>& sums) {
+        return std::max(0.0, 0.5 * (sums[0] + std::copysign(sums[1], delta)));
+    };
+    if (differences_die_out(m)) {
+        const double between = half_of(lower_sums(m));  // P(0 < T <= t)
+        return delta > 0 ? Tails::from_lower(normal_cdf(-delta) + between)
+                         : Tails::from_upper(std::max(0.0, normal_cdf(delta) - between));
+    }
+    if (delta > 1 && is_far_below(p, h)) {  // else the lower tail is not small
+        const Mixture<2> top = t_mixture(p, h, top_index(h));
+        const auto sums = lower_sums_from_above(
+            top, {beta_tails(top.point, top.g[0]).lower, beta_tails(raised(top.point, 0.5), top.g[1]).lower});
+        return Tails::from_lower(normal_cdf(-delta) + half_of(sums));
+    }
+    const double odd = mode == 0 ? y_to_b : beta_tails(raised(m.point, 0.5), m.g[1]).upper;
+    return Tails::from_upper(half_of(upper_sums(m, {beta_tails(m.point, m.g[0]).upper, odd})));
 }
 
 }  // namespace
@@ -247,36 +320,34 @@ Tails noncentral_t_positive(double t, double df, double delta) {
 Tails noncentral_f(double x, double df1, double df2, double noncentrality) {
     if (!(x > 0)) return {0, 1};
     if (std::isinf(x)) return {1, 0};
-    const double largest = std::max(df1, noncentrality);
-    if (largest > 2 * kHugeParameter) {  // at this size only their ratio matters
-        df1 *= 2 * kHugeParameter / largest;
-        noncentrality *= 2 * kHugeParameter / largest;
+    double a = 0.5 * df1, h = 0.5 * noncentrality;
+    const double b = std::clamp(0.5 * df2, kTinyParameter, kHugeParameter), largest = std::max(a, h);
+    if (largest > kHugeParameter) {  // at this size only their ratio matters
+        a = std::isinf(a) ? kHugeParameter : a / largest * kHugeParameter;
+        h = std::isinf(df1) ? 0 : h / largest * kHugeParameter;
     }
-    const double a = std::max(df1, 1e-300) / 2, b = std::min(df2 / 2, kHugeParameter), h = noncentrality / 2;
     if (h > kGammaLike) return gamma_like(x * (a / (a + h)), a + h, h, b);
-    const BetaPoint p = BetaPoint::at_f(std::min(x, kHugeOdds), a, b);
-    if (h == 0) return beta_tails(p);
-    if (h > kMaxMean) {
-        const TwoDoubles af = two_product(a, std::min(x, kHugeOdds));
-        const TwoDoubles s = two_sum(a, h), t = two_sum(s.high, -af.high);  // a + h - a x
-        return large_mean({a, b, h, a / b * x, t.high + (s.low + t.low - af.low)});
+    const double r = a * x;
+    const TwoDoubles exact_r = x < 0x1p996 ? two_product(a, x) : TwoDoubles{r, 0};
+    a = std::max(a, kTinyParameter);
+    if (r > kLargestRatio) {
+        const Tails end = noncentral_f_at({kLargestRatio, 0}, a, b, h);
+        return Tails::from_upper(end.upper * std::pow(kLargestRatio / a / x, b));
     }
-    Mixture<1> m;
-    m.h = h;
-    m.start = first_index(h);
-    m.point = raised(p, m.start);
-    m.w = {poisson_weight(m.start, h)};
-    m.g = {beta_prefix(m.point)};
-    if (lower_is_shorter(m)) return Tails::from_lower(lower_sums(m)[0]);
-    return Tails::from_upper(upper_sums(m, {beta_tails(m.point, m.g[0]).upper})[0]);
+    if (r < kSmallestRatio) {
+        const Tails end = noncentral_f_at({kSmallestRatio, 0}, a, b, h);
+        return Tails::from_lower(end.lower * std::pow(r / kSmallestRatio, a));
+    }
+    return noncentral_f_at(exact_r, a, b, h);
 }
 
 Tails noncentral_t(double t, double df, double delta) {
-    if (std::isinf(t)) return t > 0 ? Tails{1, 0} : Tails{0, 1};
-    df = std::min(df, kHugeParameter);
-    if (t == 0) return {normal_cdf(-delta), normal_cdf(delta)};
-    if (t > 0) return noncentral_t_positive(t, df, delta);
-    return noncentral_t_positive(-t, df, -delta).mirrored();
+    if (t < 0) return noncentral_t(-t, df, -delta).mirrored();
+    if (std::isinf(t)) return {1, 0};
+    if (t < kSmallestT) return {normal_cdf(-delta), normal_cdf(delta)};
+    df = std::clamp(df, kTinyParameter, kHugeParameter);
+    if (t <= kLargestT) return noncentral_t_at(t, df, delta);
+    return Tails::from_upper(noncentral_t_at(kLargestT, df, delta).upper * std::pow(kLargestT / t, df));
 }
 
 }  // namespace orvmath

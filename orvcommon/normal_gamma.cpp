@@ -17,8 +17,8 @@ double polynomial(const double (&c)[N], double x) {
     return sum;
 }
 
-/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p):
-/// M. J. Wichura (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
+/// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p): M. J. Wichura
+/// (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
 double wichura_quantile(double q, double tail) {
     static constexpr double kA[] = {3.3871328727963666080e0, 1.3314166789178437745e2, 1.9715909503065514427e3,
                                     1.3731693765509461125e4, 4.5921953931549871457e4, 6.7265770927008700853e4,
@@ -68,10 +68,11 @@ double wichura_quantile(double q, double tail) {
 }  // namespace
 
 double normal_cdf(double x) {
+    if (x < -39) return 0;  // below the smallest double
     const double y = -x / std::numbers::sqrt2, v = 0.5 * std::erfc(y);
     if (x > -5) return v;
-    // Far out the rounding of y is magnified: correct for it to first order, erfc'(y) / erfc(y) ~ -(2y +
-    // 1/y).
+    // Far out the rounding of y is magnified: correct for it to first order by the logarithmic derivative of
+    // erfc, about -(2y + 1/y).
     constexpr double kSqrtHalf = 0.70710678118654757, kSqrtHalfLow = -4.8336466567264567e-17;
     const TwoDoubles exact = two_product(-x, kSqrtHalf);
     const double error = (exact.high - y) + (exact.low - x * kSqrtHalfLow);
@@ -82,8 +83,8 @@ double normal_quantile(double p) {
     const double q = p - 0.5, tail = p < 0.5 ? p : 1 - p;
     const double z = wichura_quantile(q, tail);
     if (std::fabs(q) <= 0.425 || tail < std::numeric_limits<double>::min()) return z;
-    // One step of Halley's method on the distribution function takes out the last rounding errors of the
-    // tails.
+    // In the tails one step of Halley's method on the distribution function takes out the last rounding
+    // errors.
     const double t = -std::fabs(z), density = kInvSqrt2Pi * std::exp(-0.5 * t * t);
     const double e = (normal_cdf(t) - tail) / density;
     return std::copysign(t - e / (1 + 0.5 * t * e), q);
@@ -94,16 +95,7 @@ double log_gamma(double x) {
     return lgamma_r(x, &sign);
 }
 
-double stirling_error(double x) {
-    if (x >= 16) {
-        const double w = 1 / x, q = w * w;
-        if (x > 1000) return w * (1.0 / 12 - q * (1.0 / 360));
-        return w * (1.0 / 12 -
-                    q * (1.0 / 360 -
-                         q * (1.0 / 1260 - q * (1.0 / 1680 - q * (1.0 / 1188 - q * (691.0 / 360360))))));
-    }
-    // log Gamma(1 + x) is accurate near its zero at x = 0
-    if (x < 0.5) return log_gamma(x + 1) - (x + 0.5) * std::log(x) + x - kLnSqrt2Pi;
+double stirling_error_below_16(double x) {
     const int row = x < 1 ? 0 : x < 2 ? 1 : x < 4 ? 2 : x < 8 ? 3 : 4;
     const double z = (2 << row) / x - 3;  // from 1 at the lower end to -1 at the upper
     const double z2 = z * z, z4 = z2 * z2;
@@ -115,14 +107,20 @@ double stirling_error(double x) {
     return low + z4 * z4 * high;
 }
 
+GammaFactor gamma_factor_below_half(double x) {
+    return {1, log_gamma(1 + x) + x - x * std::log(x) - kLnSqrt2Pi};
+}
+
 double poisson_weight(double x, double m) {
     if (x == 0) return std::exp(-m);
-    return std::exp(-stirling_error(x) - x * log1p_deficit((m - x) / x)) * kInvSqrt2Pi / std::sqrt(x);
+    const double u = (m - x) / x;  // far below the mode, 1 + u would lose what m / x is
+    const double deviance = u > -0.45 ? log1p_deficit(u) : u - std::log(m / x);
+    return std::exp(-stirling_error(x) - x * deviance) * kInvSqrt2Pi / std::sqrt(x);
 }
 
 double gamma_half_ratio(double z) {
-    double numerator = 1,
-           denominator = 1;  // raises z to where the series converges: R(z) = R(z + 1) z / (z + 1/2)
+    // R(z) = R(z + 1) z / (z + 1/2) raises z to where the series converges.
+    double numerator = 1, denominator = 1;
     for (; z < 12; z += 1) {
         numerator *= z;
         denominator *= z + 0.5;

@@ -5,8 +5,8 @@
 
 namespace orvmath {
 
-/// Q = X - c Y, where Y is a gamma variable of shape b and X one of shape a + J, J a Poisson variable of mean
-/// h (half a noncentral chi-square variable; h = 0: the beta family).
+/// Q = X - c Y, where Y is a gamma variable of shape b and X one of shape a + J, J a Poisson variable of
+/// mean h (half a noncentral chi-square variable; h = 0: the beta family).
 struct QuotientPoint {
     double a, b, h, c;
     double mean;  // of Q: a + h - b c, free of cancellation
