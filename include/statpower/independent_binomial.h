@@ -100,8 +100,8 @@ STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1,
 // Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point. `step` is at most
 // 0.5.
 
-/// Power over both proportions: x = step, 2 step, ... and y the same, below 1 - step / 2 or so: the whole
-/// part of 1 / step, minus 1, points each. p1 and p2 are checked though the grid replaces them.
+/// Power over both proportions: x = p1 and y = p2 run over step, 2 step, ..., the whole part of 1 / step, minus
+/// 1, points each. p1 and p2 are checked though the grid replaces them.
 /// @return the empty result unless all arguments are in their ranges
 STATPOWER_API XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                            bool pooled, double n1, double n2, double p1, double p2,

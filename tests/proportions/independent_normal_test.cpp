@@ -34,24 +34,18 @@ struct Design {
 };
 
 TEST(TwoProportionsNormal, EveryTestRefusesArgumentsOutOfTheirRanges) {
-    for (double bad : {0.0, 1.0, -0.1, 1.1, kNaN})
-        for (double Design::*argument : {&Design::p1, &Design::p2, &Design::alpha}) {
-            Design d;
-            d.*argument = bad;
-            EXPECT_EQ(d.chi_square(), -1);
-            EXPECT_EQ(d.t(), -1);
-            EXPECT_EQ(d.likelihood_ratio(), -1);
-            EXPECT_EQ(d.fisher(), -1);
-        }
-    for (double bad : {0.99, 1 - 3e-12, 0.0, -5.0, kNaN})
-        for (double Design::*argument : {&Design::n1, &Design::n2}) {
-            Design d;
-            d.*argument = bad;
-            EXPECT_EQ(d.chi_square(), -1);
-            EXPECT_EQ(d.t(), -1);
-            EXPECT_EQ(d.likelihood_ratio(), -1);
-            EXPECT_EQ(d.fisher(), -1);
-        }
+    const auto expect_refused = [](double Design::*argument, double bad) {
+        Design d;
+        d.*argument = bad;
+        EXPECT_EQ(d.chi_square(), -1) << bad;
+        EXPECT_EQ(d.t(), -1) << bad;
+        EXPECT_EQ(d.likelihood_ratio(), -1) << bad;
+        EXPECT_EQ(d.fisher(), -1) << bad;
+    };
+    for (double Design::*argument : {&Design::p1, &Design::p2, &Design::alpha})
+        for (double bad : {0.0, 1.0, -0.1, 1.1, kNaN}) expect_refused(argument, bad);
+    for (double Design::*argument : {&Design::n1, &Design::n2})
+        for (double bad : {0.99, 1 - 3e-12, 0.0, -5.0, kNaN}) expect_refused(argument, bad);
 }
 
 TEST(TwoProportionsNormal, AGroupSizeAHairBelowOneCountsAsOne) {
