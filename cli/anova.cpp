@@ -5,28 +5,22 @@
 
 #include "answer.h"
 #include "commands.h"
+#include "groups.h"
 #include "options.h"
 
 namespace cli {
 
 namespace {
 
-/// What the user says of a design. The effect is given in one of three ways: means and a standard deviation,
-/// f, or a proportion of variance.
-struct Design {
-    std::vector<double> means;
-    std::vector<double> sizes;
-    double sd = 0;
+/// The effect is given in one of three ways: means and a standard deviation, f, or a proportion of variance.
+struct Design : Groups {
     double f = 0;
     double variance_explained = 0;
-    double alpha = 0.05;
-    double target = 0.8;
-    double half_width = 0;
-    double total = 0;
     int groups = 0;
+    Axes axes;
 
-    int k() const { return static_cast<int>(sizes.size()); }
     bool has_means() const { return !means.empty(); }
+    bool has_effect() const { return has_means() || f > 0 || variance_explained > 0; }
     int effect_size_type() const { return variance_explained > 0 ? 1 : 0; }
     double effect_size() const { return effect_size_type() != 0 ? variance_explained : f; }
 
@@ -36,33 +30,16 @@ struct Design {
     }
 };
 
-void add_sizes(CLI::App& command, const std::string& name, Design& d, const std::string& description) {
-    add_list(command, name, d.sizes, description)->required()->check(kPositive);
-}
-
-void add_effect(CLI::App& command, Design& d) {
+/// The options of an effect, of which at most one is given.
+CLI::Option_group* add_effect(CLI::App& command, Design& d) {
     auto* sd = add_sd(command, d.sd);
     auto* effect = command.add_option_group("effect", "How large is the effect?");
-    effect->require_option(1);
+    effect->require_option(0, 1);
     add_list(*effect, "--means", d.means, "Group means (with --sd)")->needs(sd);
     effect->add_option("--f", d.f, "Root mean square standardised effect")->check(kPositive);
     effect->add_option("--variance-explained", d.variance_explained, "Proportion of variance explained")
         ->check(kBetween0And1);
-}
-
-void check_groups(const Design& d, const std::string& sizes) {
-    if (d.k() < 2) refuse(sizes, "needs a value for each of at least two groups");
-    if (d.has_means() && d.means.size() != d.sizes.size())
-        refuse("--means", "needs as many values as " + sizes);
-}
-
-// The library does not report a search that fails: it answers with the smallest allocation.
-bool is_smallest_allocation(const Design& d, double total) {
-    return total == 2.0 * d.k();
-}
-
-void check_total(const Design& d, const std::string& option, double total) {
-    if (!(total > d.k())) refuse(option, "must leave at least one observation more than there are groups");
+    return effect;
 }
 
 void add_power(CLI::App& anova) {
@@ -77,8 +54,8 @@ void add_power(CLI::App& anova) {
                       {"alpha", d->alpha},
                       {"power", d->power(d->sizes)}};
     });
-    add_sizes(*command, "--sizes", *d, "Group sizes");
-    add_effect(*command, *d);
+    add_sizes(*command, *d);
+    add_effect(*command, *d)->require_option(1);
     add_alpha(*command, d->alpha);
 }
 
@@ -102,8 +79,8 @@ void add_size(CLI::App& anova) {
                       {"total", total},
                       {"power", power}};
     });
-    add_sizes(*command, "--weights", *d, "Allocation weights, of which only the proportions matter");
-    add_effect(*command, *d);
+    add_weights(*command, *d);
+    add_effect(*command, *d)->require_option(1);
     add_target_power(*command, d->target);
     add_alpha(*command, d->alpha);
 }
@@ -116,7 +93,7 @@ void add_effect_size(CLI::App& anova) {
             {"effect", RMSSEOverallTest(d->k(), d->means.data(), d->sizes.data(), d->sd, d->alpha)}};
     });
     add_list(*command, "--means", d->means, "Group means")->required();
-    add_sizes(*command, "--sizes", *d, "Group sizes, the weights of the grand mean");
+    add_sizes(*command, *d);
     add_sd(*command, d->sd)->required();
 }
 
@@ -150,9 +127,66 @@ void add_half_width_size(CLI::App& anova) {
                       {"total", total},
                       {"half_width", half_width}};
     });
-    add_sizes(*command, "--weights", *d, "Allocation weights, of which only the proportions matter");
-    command->add_option("--halfwidth", d->half_width, "Half-width to reach")->required()->check(kPositive);
+    add_weights(*command, *d);
+    add_target_half_width(*command, *d);
     add_sd(*command, d->sd)->required();
+    add_alpha(*command, d->alpha);
+}
+
+/// The points of `over`, one of the choices that add_curve offers.
+Table curve_of(const Design& d) {
+    const auto& [over, n, sd, es, steps] = d.axes;
+    const int type = over.ends_with("variance-explained") ? 1 : 0;
+    const double *means = d.means.data(), *sizes = d.sizes.data(), step = d.axes.step();
+    const char* effect = type != 0 ? "variance_explained" : "f";
+    if (over == "n" && d.has_means())
+        return table_of(PlotNOverallTest(d.k(), means, sizes, n.low, n.high, d.sd, d.alpha), "n", "power");
+    if (over == "n")
+        return table_of(
+            PlotNOverallTestFES(d.k(), d.effect_size_type(), sizes, n.low, n.high, d.effect_size(), d.alpha),
+            "n", "power");
+    if (over == "sd")
+        return table_of(PlotSDOverallTest(d.k(), means, sizes, d.sd, sd.low, sd.high, d.alpha, step), "sd",
+                        "power");
+    if (over == "n-sd")
+        return table_of(
+            PlotNaSDOverallTest(d.k(), means, sizes, n.low, n.high, d.sd, sd.low, sd.high, d.alpha, step),
+            "n", "sd", "power");
+    if (over.starts_with("n-"))
+        return table_of(PlotNaESOverallTest(d.k(), type, sizes, n.low, n.high, d.effect_size(), es.low,
+                                            es.high, d.alpha, step),
+                        "n", effect, "power");
+    return table_of(PlotESOverallTest(d.k(), type, sizes, es.low, es.high, d.alpha, step), effect, "power");
+}
+
+/// What the axes ask for: means where the standard deviation varies, an effect where only the sample size does.
+/// Where both sample size and effect vary, the current effect decides only which sample sizes are chosen.
+void check_effect(const Design& d) {
+    const std::string& over = d.axes.over;
+    if (over.ends_with("sd")) {
+        if (!d.has_means()) refuse("--over " + over, "needs --means and --sd");
+    } else if (over == "n") {
+        if (!d.has_effect()) refuse("--over n", "needs --means, --f or --variance-explained");
+    } else if (over == "n-f" && d.axes.n.low == 0 && !(d.f > 0)) {
+        refuse("--over n-f", "needs --f, or --n-low and --n-high");
+    } else if (over == "n-variance-explained" && d.axes.n.low == 0 && !(d.variance_explained > 0)) {
+        refuse("--over n-variance-explained", "needs --variance-explained, or --n-low and --n-high");
+    }
+}
+
+void add_curve(CLI::App& anova) {
+    auto d = std::make_shared<Design>();
+    auto* command = add_curve_command(anova, "curve", "Power curve or surface", [d] {
+        check_groups(*d, "--sizes");
+        check_axes(d->axes);
+        check_effect(*d);
+        return curve_of(*d);
+    });
+    add_sizes(*command, *d);
+    add_effect(*command, *d);
+    add_axes(*command, d->axes,
+             {"n", "f", "variance-explained", "sd", "n-sd", "n-f", "n-variance-explained"});
+    add_effect_size_axis(*command, d->axes);
     add_alpha(*command, d->alpha);
 }
 
@@ -166,6 +200,7 @@ void add_anova(CLI::App& app) {
     add_effect_size(*anova);
     add_half_width(*anova);
     add_half_width_size(*anova);
+    add_curve(*anova);
 }
 
 }  // namespace cli

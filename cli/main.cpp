@@ -16,6 +16,8 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     cli::add_anova(app);
     cli::add_prop_two(app);
+    cli::add_contrast(app);
+    cli::add_pairwise(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {

@@ -1,8 +1,5 @@
-#include "core/plot.h"
-
-#include <algorithm>
-
-#include "core/integers.h"
+// The release functions of curves and surfaces.
+#include "statpower/core.h"
 
 void FreeMemXYPlot(XYPlot plot) {
     delete[] plot.x;
@@ -14,11 +11,3 @@ void FreeMemXYZPlot(XYZPlot plot) {
     delete[] plot.y;
     delete[] plot.z;
 }
-
-namespace statpower {
-
-SampleSizeRange default_range(double power, double N, int lowest) {
-    return {std::max(lowest, to_int(std::floor((1 - power) * N))), to_int(std::ceil((2 - power) * N))};
-}
-
-}  // namespace statpower

@@ -1,5 +1,5 @@
-// Curves and surfaces: an axis is a vector of doubles made by one of the builders below, a result is
-// curve(axis, power) or surface(xs, ys, power).
+// Curves and surfaces: an axis is described by one of the builders below, a result is curve(axis, power) or
+// surface(xs, ys, power).
 //
 // Counts arrive as doubles, by the formula of the curve, and are checked before anything is converted: a
 // count that is not a whole number from 1 to the largest int gives an empty axis, and an empty axis the empty
@@ -8,23 +8,40 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
-#include <vector>
+#include <utility>
 
+#include "core/integers.h"
 #include "statpower/core.h"
 
 namespace statpower {
 
-using Axis = std::vector<double>;
+/// The points of an axis. Only the result holds them: a grid that does not fit into memory is refused before
+/// any of it has been computed.
+class Axis {
+  public:
+    /// The empty axis.
+    Axis() = default;
+
+    /// `count` points, the i-th (from 0) at value(i).
+    Axis(std::size_t count, std::function<double(double)> value) : size_(count), value_(std::move(value)) {}
+
+    bool empty() const { return size_ == 0; }
+    std::size_t size() const { return size_; }
+    double operator[](std::size_t i) const { return value_(static_cast<double>(i)); }
+    double back() const { return (*this)[size_ - 1]; }
+
+  private:
+    std::size_t size_ = 0;
+    std::function<double(double)> value_;
+};
 
 /// `count` points, the i-th (from 0) at value(i).
-template <class Value>
-Axis axis(double count, Value value) {
+inline Axis axis(double count, std::function<double(double)> value) {
     if (!(count >= 1 && count <= std::numeric_limits<int>::max() && count == std::trunc(count))) return {};
-    Axis points(static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < points.size(); ++i) points[i] = value(static_cast<double>(i));
-    return points;
+    return {static_cast<std::size_t>(count), std::move(value)};
 }
 
 /// `count` points start, start + step, start + 2 step, ...
@@ -34,23 +51,39 @@ inline Axis multiples(double count, double start, double step) {
 
 /// As multiples, but the last of the `count` points is exactly `end`.
 inline Axis multiples_to(double count, double start, double step, double end) {
-    Axis points = multiples(count, start, step);
-    if (!points.empty()) points.back() = end;
-    return points;
+    return axis(count, [=](double i) { return i == count - 1 ? end : start + i * step; });
 }
 
 /// Sample sizes first, first + step, ... up to the first one that reaches `last`, which a step above 1 may
-/// overshoot.
+/// overshoot. Empty unless first <= last.
 inline Axis sample_sizes(double first, double last, double step = 1) {
+    if (!(first <= last)) return {};
     return multiples(std::ceil((last - first) / step) + 1, first, step);
+}
+
+/// The sample sizes of a surface: every one, or every second one from a width of 1000 upwards, which keeps
+/// the number of evaluations bearable.
+inline Axis surface_sample_sizes(double first, double last) {
+    return sample_sizes(first, last, last - first < 1000 ? 1 : 2);
+}
+
+/// A range divided into steps of a fraction of its width; the last step may reach beyond the upper end.
+struct Steps {
+    double size;
+    double count;  ///< whole; NaN unless width and step are positive and finite
+};
+inline Steps steps(double low, double high, double fraction) {
+    const double width = high - low;
+    const double size = fraction * width;
+    const bool valid = width > 0 && size > 0 && std::isfinite(size);
+    return {size, valid ? std::ceil(width / size) : std::numeric_limits<double>::quiet_NaN()};
 }
 
 /// A continuous axis divided into steps of `fraction` of its width, the last point exactly `high`. A width of
 /// zero has no steps: the axis is empty.
 inline Axis fractions(double low, double high, double fraction) {
-    const double width = high - low;
-    const double step = fraction * width;
-    return multiples_to(std::ceil(width / step) + 1, low, step, high);
+    const auto [size, count] = steps(low, high, fraction);
+    return multiples_to(count + 1, low, size, high);
 }
 
 /// The power narrowed to single precision and widened back, as most curves store it.
@@ -66,7 +99,7 @@ XYPlot curve(const Axis& xs, Power power) {
     auto y = std::make_unique_for_overwrite<double[]>(xs.size());
     for (std::size_t i = 0; i < xs.size(); ++i) {
         x[i] = xs[i];
-        y[i] = power(xs[i]);
+        y[i] = power(x[i]);
     }
     return {static_cast<int>(xs.size()), x.release(), y.release()};
 }
@@ -75,14 +108,14 @@ XYPlot curve(const Axis& xs, Power power) {
 template <class Power>
 XYZPlot surface(const Axis& xs, const Axis& ys, Power power) {
     if (xs.empty() || ys.empty()) return {};
+    auto z = std::make_unique_for_overwrite<double[]>(xs.size() * ys.size());
     auto x = std::make_unique_for_overwrite<double[]>(xs.size());
     auto y = std::make_unique_for_overwrite<double[]>(ys.size());
-    auto z = std::make_unique_for_overwrite<double[]>(xs.size() * ys.size());
-    std::copy(xs.begin(), xs.end(), x.get());
-    std::copy(ys.begin(), ys.end(), y.get());
-    double* cell = z.get();
-    for (double xi : xs)
-        for (double yj : ys) *cell++ = power(xi, yj);
+    for (std::size_t j = 0; j < ys.size(); ++j) y[j] = ys[j];
+    for (std::size_t i = 0; i < xs.size(); ++i) {
+        x[i] = xs[i];
+        for (std::size_t j = 0; j < ys.size(); ++j) z[i * ys.size() + j] = power(x[i], y[j]);
+    }
     return {static_cast<int>(xs.size()), static_cast<int>(ys.size()), x.release(), y.release(), z.release()};
 }
 
@@ -92,6 +125,8 @@ struct SampleSizeRange {
     int min;
     int max;
 };
-SampleSizeRange default_range(double power, double N, int lowest);
+inline SampleSizeRange default_range(double power, double N, int lowest) {
+    return {std::max(lowest, to_int(std::floor((1 - power) * N))), to_int(std::ceil((2 - power) * N))};
+}
 
 }  // namespace statpower

@@ -7,8 +7,9 @@
 namespace statpower {
 
 /// The k values of an argument that the caller passed by pointer; none for k below 1.
-inline std::span<const double> groups(int k, const double* values) {
-    return k < 1 ? std::span<const double>() : std::span(values, static_cast<std::size_t>(k));
+template <class Number>
+std::span<Number> groups(int k, Number* values) {
+    return k < 1 ? std::span<Number>() : std::span(values, static_cast<std::size_t>(k));
 }
 
 inline double square(double x) {

@@ -183,9 +183,10 @@ std::array<double, K> upper_sums(const Mixture<K>& m, const std::array<double, K
     return sum;
 }
 
-/// The index at which sums start outwards.
-int mode_index(double h) {
-    return h > kMaxMeanFromZero ? static_cast<int>(h) : 0;
+/// The index at which sums start outwards: the mode of the weights, or 0 where that is near or where the
+/// differences fall from the first one on, so fast that the one at the mode might underflow.
+int start_index(const BetaPoint& p, double h) {
+    return h > kMaxMeanFromZero && p.x * (p.a + p.b) > 1 ? static_cast<int>(h) : 0;
 }
 
 /// An index at which the weights have died out to 1e-18 of the largest, but not underflowed.
@@ -264,9 +265,7 @@ Tails noncentral_f_at(TwoDoubles r, double a, double b, double h) {
     if (h > kMaxMean) return large_mean(r, a, b, {h, 0});
     const BetaPoint p = BetaPoint::at_ratio(r, a, b);
     if (h < kCentral) return beta_tails(p);
-    Mixture<1> m = f_mixture(p, h, mode_index(h));
-    // So far below that the difference at the mode underflows, only the first terms count.
-    if (m.g[0] < 1e-290 && m.point.deviation < 0) m = f_mixture(p, h, 0);
+    const Mixture<1> m = f_mixture(p, h, start_index(p, h));
     if (differences_die_out(m)) return Tails::from_lower(lower_sums(m)[0]);
     if (is_far_below(p, h)) {
         const Mixture<1> top = f_mixture(p, h, top_index(h));
@@ -293,9 +292,9 @@ Tails noncentral_t_at(double t, double df, double delta) {
         return large_mean(r, 0.5, b, half(two_product(delta, delta)));
     }
     const BetaPoint p = BetaPoint::at_ratio(r, 0.5, b);
-    const int mode = mode_index(h);
-    const double y_to_b = mode == 0 ? std::exp(-b * std::log1p(r.high / b)) : 0;
-    const Mixture<2> m = mode == 0 ? t_mixture_from_zero(p, delta, y_to_b) : t_mixture(p, h, mode);
+    const int start = start_index(p, h);
+    const double y_to_b = start == 0 ? std::exp(-b * std::log1p(r.high / b)) : 0;
+    const Mixture<2> m = start == 0 ? t_mixture_from_zero(p, delta, y_to_b) : t_mixture(p, h, start);
     // P(T <= t) = Phi(-delta) + half of the sum of both halves, the odd one with the sign of delta.
     const auto half_of = [delta](const std::array<double, 2>& sums) {
         return std::max(0.0, 0.5 * (sums[0] + std::copysign(sums[1], delta)));
@@ -311,7 +310,7 @@ Tails noncentral_t_at(double t, double df, double delta) {
             top, {beta_tails(top.point, top.g[0]).lower, beta_tails(raised(top.point, 0.5), top.g[1]).lower});
         return Tails::from_lower(normal_cdf(-delta) + half_of(sums));
     }
-    const double odd = mode == 0 ? y_to_b : beta_tails(raised(m.point, 0.5), m.g[1]).upper;
+    const double odd = start == 0 ? y_to_b : beta_tails(raised(m.point, 0.5), m.g[1]).upper;
     return Tails::from_upper(half_of(upper_sums(m, {beta_tails(m.point, m.g[0]).upper, odd})));
 }
 

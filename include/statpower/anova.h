@@ -13,6 +13,13 @@
 //            variance explained, f^2 / (1 + f^2)
 //   groupSizes  the caller's vector, resized to k elements and filled with the size of each group; left as it
 //            is when an argument is refused
+//   coefficients  k doubles, the contrast: they sum to zero, and in most uses lie in [-1, 1]
+//   directional  0: the two-sided F test of the contrast; any other value: the one-sided t test
+//   nMin, nMax  ends of the axis of the total sample size, in order, each 2 or more, or 0 for "the library
+//            chooses" (both ends, see below)
+//   sdMin, sdMax, esMin, esMax  ends of the axis of the standard deviation or the effect size, in order; 0
+//            has a meaning of its own, see below
+//   step     spacing of a continuous axis as a fraction of its width, greater than 0 (for example 0.05)
 //
 // Failures. An argument outside the range that its function checks gives the missing value. A sample-size
 // search that fails (a target that no total below 2^1023 reaches) is not reported as such: the missing value
@@ -23,8 +30,17 @@
 // A power whose noncentrality is negative, infinite or NaN (an infinite mean, negative weights, a proportion
 // of variance of 1 or more or below 0) cannot be computed and counts as 1.
 //
+// Ranges that the library chooses. If nMin or nMax is 0, both ends are: with P the power of the design at its
+// current sizes and N their sum, from (1 - P) N rounded down to (2 - P) N rounded up, kept where the smallest
+// group has at least 2 observations and the largest at most 5000. If sdMin or sdMax is 0, the standard
+// deviation runs from D / 5 to 5 D, D^2 = sum of sizes[i] (means[i] - m)^2 with m the size-weighted grand
+// mean. If esMax is 0, the effect size runs from 0, whatever esMin is, to 2 for f and 1 for a proportion of
+// variance. A range that comes out reversed, or is of zero width and divided into steps, gives the empty
+// result.
+//
 // Source of the powers: J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988),
-// chapter 8; the noncentral F distribution is evaluated exactly instead of by its tables.
+// chapter 8 (contrasts: S. E. Maxwell and H. D. Delaney, Designing Experiments and Analyzing Data, 2nd ed.
+// (2004), chapter 4); the noncentral distributions are evaluated exactly instead of by tables.
 #pragma once
 
 #include <vector>
@@ -90,4 +106,180 @@ STATPOWER_API double HalfCIOverallTest(int k, double N, double sigma, double alp
 STATPOWER_API double PowerReversebyHalfCIOverallTest(int k, const double* sizes,
                                                      std::vector<double>* groupSizes, double halfWidth,
                                                      double sigma, double alpha);
+
+// ---- Overall F test: how does power vary? ----------------------------------------------------------------
+
+/// Power over the total sample size nMin, nMin + 1, ..., nMax, split over the groups in the proportions of
+/// the sizes.
+/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin and nMax
+///         are as said at the head of this file, alpha > 0 and alpha < 1
+STATPOWER_API XYPlot PlotNOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
+                                      double sigma, double alpha);
+
+/// The same for an effect size.
+/// @return as PlotNOverallTest; sigma is not needed and es not checked
+STATPOWER_API XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes, int nMin, int nMax,
+                                         double es, double alpha);
+
+/// Power over the effect size at the current sizes, stored in single precision. The axis runs from esMin in
+/// steps of step (esMax - esMin), as many as cover the width. For f (esType 0) the point after the last step,
+/// at or just beyond esMax, is included; for a proportion of variance it is left out.
+/// @return the curve; empty unless k >= 2, alpha > 0, esMin <= esMax, alpha < 1 and the step divides a range
+STATPOWER_API XYPlot PlotESOverallTest(int k, int esType, const double* sizes, double esMin, double esMax,
+                                       double alpha, double step);
+
+/// Power over the standard deviation at the current sizes, stored in single precision. The axis runs from
+/// sdMin in steps of step (sdMax - sdMin), and its last point is exactly sdMax.
+/// @param sigma  only checked
+/// @return the curve; a point that is not positive holds the missing value. Empty unless k >= 2, sigma > 0,
+///         alpha > 0, sdMin <= sdMax, alpha < 1 and the step divides a range
+STATPOWER_API XYPlot PlotSDOverallTest(int k, const double* means, const double* sizes, double sigma,
+                                       double sdMin, double sdMax, double alpha, double step);
+
+/// Power over the total sample size (first axis) and the standard deviation (second axis, as in
+/// PlotSDOverallTest). From nMax - nMin = 1000 upwards only every second sample size is taken, and the last
+/// one may exceed nMax by one.
+/// @param sigma  current standard deviation, used where the library chooses the sample sizes
+/// @return the surface; empty unless nMin and nMax are as said, k >= 2, sigma > 0, sdMin <= sdMax and
+///         alpha > 0. Alpha is not checked against 1: every power is then missing.
+STATPOWER_API XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
+                                          double sigma, double sdMin, double sdMax, double alpha,
+                                          double step);
+
+/// Power over the total sample size (first axis, as in PlotNaSDOverallTest) and the effect size (second axis,
+/// as in PlotESOverallTest).
+/// @param es  current effect size, used where the library chooses the sample sizes
+/// @return the surface; empty unless nMin and nMax are as said, k >= 2, esMin <= esMax and alpha > 0. Alpha
+/// is
+///         not checked against 1: every power is then missing.
+STATPOWER_API XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax,
+                                          double es, double esMin, double esMax, double alpha, double step);
+
+// ---- Contrasts: which effect does a design represent? ----------------------------------------------------
+
+/// Standardised contrast psi / sigma, psi = sum of coefficients[i] means[i].
+/// @param[in,out] coefficients  where they do not sum to zero (within 1e-14), the last one is overwritten
+///                              with minus the sum of the others. So does every function below that takes
+///                              them without const.
+/// @return the effect; the missing value when the overwritten coefficient lies outside [-1, 1] (coefficients
+///         that sum to zero are not looked at), unless sigma > 0 (checked after the coefficients) or for k
+///         below 1
+STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficients, double sigma);
+
+// ---- Contrasts: what power has a design? -----------------------------------------------------------------
+
+/// Power of the test of a contrast at total N, the sum of the sizes: noncentrality
+/// lambda = (psi / sigma)^2 / Q with Q = sum of coefficients[i]^2 / sizes[i]. Two-sided: P(F > F_alpha) with
+/// 1 and N - k degrees of freedom. One-sided: P(T > t_alpha) with N - k degrees of freedom and noncentrality
+/// sqrt(lambda), so always in the direction of the contrast.
+/// @param[in,out] coefficients  repaired as in EffectSizeSC, but not when an argument is refused. An effect
+///                              that EffectSizeSC reports as missing is used as it comes, a huge number.
+/// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k
+STATPOWER_API double PowerSC(int k, const double* means, const double* sizes, double* coefficients,
+                             int directional, double sigma, double alpha);
+
+/// The same for an effect size es = psi / sigma; the coefficients are used as they are.
+/// @return as PowerSC; sigma is not needed and es not checked
+STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional,
+                                double es, double alpha);
+
+// ---- Contrasts: which sample size reaches a power? -------------------------------------------------------
+
+/// Smallest allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest.
+/// Coefficients that do not sum to zero are repaired as in EffectSizeSC, but in a copy.
+/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
+STATPOWER_API double PowerReverseSC(int k, const double* means, const double* sizes,
+                                    const double* coefficients, std::vector<double>* groupSizes,
+                                    int directional, double sigma, double power, double alpha);
+
+/// The same for an effect size es = psi / sigma; the coefficients are used as they are.
+/// @return as PowerReverseSC; sigma is not needed and es not checked
+STATPOWER_API double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
+                                       std::vector<double>* groupSizes, int directional, double es,
+                                       double power, double alpha);
+
+// ---- Contrasts: how precise is the estimate? -------------------------------------------------------------
+
+/// Half-width of the two-sided 100 (1 - alpha) % confidence interval of psi at total sample size N:
+/// sqrt(W Q / N) t(1 - alpha / 2; N - k) sigma, with W the sum of the sizes and Q as in PowerSC (the sizes
+/// are rescaled to the total N). No argument is checked, as in HalfCIOverallTest.
+STATPOWER_API double HalfCISCTest(int k, const double* sizes, const double* coefficients, double N,
+                                  double sigma, double alpha);
+
+/// Smallest allocation whose half-width does not exceed a target (in the units of the data, not checked),
+/// searched and allocated as in PowerReversebyHalfCIOverallTest. The coefficients are used as they are.
+/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
+STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
+                                                std::vector<double>* groupSizes, double halfWidth,
+                                                double sigma, double alpha);
+
+// ---- Contrasts: how does power vary? ---------------------------------------------------------------------
+// The powers are evaluated in the order of the points, and each may repair the coefficients for the next.
+
+/// Power over the total sample size, as PlotNOverallTest.
+STATPOWER_API XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coefficients, int nMin,
+                             int nMax, int directional, double sigma, double alpha);
+
+/// Power over the total sample size for an effect size es = psi / sigma (not checked). This curve has no
+/// default range: an end of 0 is a sample size of 0, whose power is missing.
+/// @return the curve; empty unless k >= 2, nMin <= nMax, each 0 or at least 2, alpha > 0 and alpha < 1
+STATPOWER_API XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nMin, int nMax,
+                                int directional, double es, double alpha);
+
+/// Power over the standard deviation at the current sizes, stored in single precision, as PlotSDOverallTest.
+STATPOWER_API XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coefficients,
+                              int directional, double sigma, double sdMin, double sdMax, double alpha,
+                              double step);
+
+/// Power over the total sample size and the standard deviation, as PlotNaSDOverallTest.
+/// @return the surface; empty unless nMin and nMax are as said, sigma > 0, sdMin <= sdMax, alpha > 0 and
+///         alpha < 1. The number of groups is not checked: below 2 every power is missing.
+STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coefficients,
+                                 int nMin, int nMax, int directional, double sigma, double sdMin,
+                                 double sdMax, double alpha, double step);
+
+// ---- Pairwise differences --------------------------------------------------------------------------------
+// The comparison of group i with group j is the contrast of +1 and -1, always tested two-sided, at a level
+// adjusted for the k (k - 1) / 2 pairs.
+//   i, j     groups compared, counted from 1, 1 <= i < j <= k. That j is at most k is not checked: an index
+//            that no group has sets no coefficient.
+//   method   adjustment of the level. 0: Bonferroni, 2 alpha / (k (k - 1)); 1: Sidak,
+//            1 - (1 - alpha)^(2 / (k (k - 1))); 2: none. Any other code gives the missing value.
+//   sd       common standard deviation within the groups, greater than 0
+
+/// Standardised difference (means[i] - means[j]) / sd.
+/// @param unused  not read; may be null
+/// @return the effect; the missing value unless i < j, k >= 2, sd > 0 and i > 0
+STATPOWER_API double EffectSizePairwiseDiff(int k, const double* means, const double* unused, int i, int j,
+                                            double sd);
+
+/// Power of the comparison at the adjusted level, as PowerSC.
+/// @return the power; the missing value unless k >= 2, sd > 0, i > 0, alpha > 0, i < j and alpha < 1, or for
+///         an unknown method
+STATPOWER_API double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
+                                       int method, double sd, double alpha);
+
+/// Smallest allocation whose power for the comparison reaches a target, as PowerReverseSC.
+/// @param groupSizes  left as it is when an argument is refused, but resized to k elements before the method
+///                    is looked at: those that it already had keep their values, new ones are missing
+/// @return the sum of the group sizes; the missing value unless k > 1, sd > 0, i > 0, alpha > 0, i < j and
+///         alpha < 1, or for an unknown method
+STATPOWER_API double PowerReversePairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
+                                              std::vector<double>& groupSizes, int method, double sd,
+                                              double power, double alpha);
+
+/// Half-width of the confidence interval of the difference at total sample size N and the adjusted level, as
+/// HalfCISCTest. Only the method is checked.
+STATPOWER_API double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, double N,
+                                        double sd, double alpha);
+
+/// Smallest allocation whose half-width for the difference does not exceed a target, as
+/// PowerReversebyHalfCISCTest. The indices are not checked.
+/// @param groupSizes  as in PowerReversePairwiseDiff
+/// @return the sum of the group sizes; the missing value unless alpha > 0, k > 1, sd > 0 and alpha < 1, or
+/// for
+///         an unknown method
+STATPOWER_API double PowerReversebyHalfCIPairwiseDiff(int k, const double* sizes, int i, int j,
+                                                      std::vector<double>& groupSizes, int method,
+                                                      double halfWidth, double sd, double alpha);
 }

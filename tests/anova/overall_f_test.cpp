@@ -5,29 +5,19 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <thread>
 
 #include "statpower/anova.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using testing::Each;
 using testing::ElementsAre;
-using testing_support::lists_in;
-using testing_support::read_table;
+using namespace testing_support;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
-#define EXPECT_PRESENT(value) \
-    EXPECT_PRED1([](double v) { return !OrvMV::IsMissing(v) && std::isfinite(v); }, value)
 
 /// A valid design of three groups, of which a test breaks one argument.
 struct Design {
@@ -105,7 +95,7 @@ TEST(OverallFPower, IsMissingUnlessAlphaIsAboveZeroAndBelowOne) {
 }
 
 TEST(OverallFPower, IsMissingForFewerThanTwoGroups) {
-    for (int k : {1, 0, -1, std::numeric_limits<int>::min()}) {
+    for (int k : {1, 0, -1, kSmallestInt}) {
         Design d;
         d.k = k;
         EXPECT_MISSING(d.power());
@@ -227,6 +217,11 @@ TEST(OverallFSize, AllocatesTheCeilingOfEachShareOfTheHighPrecisionTotal) {
         for (double n : expected) expected_total += n;
         EXPECT_EQ(sizes, expected) << "line " << row.line;
         EXPECT_EQ(total, expected_total);
+        // High-precision powers of this answer and of the next smaller one.
+        EXPECT_GE(row[5], row[2]);
+        EXPECT_LT(row[6], row[2]);
+        EXPECT_NEAR(PowerOverallTest(static_cast<int>(row[0]), lists[0].data(), sizes.data(), row[1], row[3]),
+                    row[5], 1e-12);
     }
 }
 

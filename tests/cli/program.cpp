@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -13,6 +15,14 @@ Output statpower(const std::string& arguments) {
     std::string text;
     for (int c; (c = std::fgetc(pipe)) != EOF;) text += static_cast<char>(c);
     return {WEXITSTATUS(pclose(pipe)), text};
+}
+
+void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals) {
+    for (const Refusal& refusal : refusals) {
+        const auto run = statpower(command + " " + refusal.arguments);
+        EXPECT_EQ(run.status, 2) << refusal.arguments;
+        EXPECT_THAT(run.text, testing::StartsWith("statpower: " + refusal.option)) << refusal.arguments;
+    }
 }
 
 }  // namespace testing_support

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 namespace testing_support {
 
@@ -16,5 +17,14 @@ struct Output {
 
 /// Runs `statpower ARGUMENTS`.
 Output statpower(const std::string& arguments);
+
+/// Arguments that are wrong, and the option that the error must name.
+struct Refusal {
+    std::string arguments;
+    std::string option;
+};
+
+/// Expects that `statpower COMMAND ARGUMENTS` ends with the status of a wrong argument and names the option.
+void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals);
 
 }  // namespace testing_support

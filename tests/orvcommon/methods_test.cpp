@@ -155,6 +155,21 @@ TEST(NoncentralT, OfASmallNoncentralityIsNearlyCentral) {
             }
 }
 
+TEST(NoncentralT, NearZeroGrowsByItsDensityThere) {
+    // P(0 < T <= t) = t times the density at 0, phi(delta) Gamma((df + 1)/2) / Gamma(df/2) / sqrt(df/2), for small t.
+    for (double delta : {4.0, 5.0, 8.0, 10.5})
+        for (double df : {1.0, 30.0, 1e5})
+            for (double t : {1e-13, 1e-9, 1e-7}) {
+                const double density =
+                    kInvSqrt2Pi * std::exp(-delta * delta / 2) * gamma_half_ratio(df / 2) / std::sqrt(df / 2);
+                // (to first order in t: the next is t delta times as large)
+                const double growth = noncentral_t(t, df, delta).lower - normal_cdf(-delta);
+                EXPECT_NEAR(growth / normal_cdf(-delta), t * density / normal_cdf(-delta),
+                            t * delta * t * delta * 10 + 1e-14)
+                    << t << ' ' << df << ' ' << delta;
+            }
+}
+
 TEST(NoncentralF, FarBelowItsModeIsTheFirstTermOfTheMixture) {
     // P(F <= x) -> e^(-h) P(central F <= x) for x -> 0; with df1 = 2 the latter is 1 - (1 + 2 x / df2)^(-df2
     // / 2).

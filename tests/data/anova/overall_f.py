@@ -4,24 +4,14 @@
 Powers of the overall F test, and the power just around sample sizes that reach a target, to 40 digits.
 """
 
-import csv
 import pathlib
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
 from high_precision import f_test_power, mpf  # noqa: E402
-
-
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows(rows)
-
-
-def joined(values):
-    return " ".join(repr(float(v)) for v in values)
+from sample_sizes import search  # noqa: E402
+from tables import joined, write_table  # noqa: E402
 
 
 def noncentrality(means, sigma, weights, total):
@@ -51,8 +41,8 @@ for means, sigma, sizes in DESIGNS:
     for alpha in (0.05, 0.001, 0.3):
         total = sum(mpf(s) for s in sizes)
         power = f_test_power(alpha, len(means) - 1, total - len(means), noncentrality(means, sigma, sizes, total))
-        powers.append([len(means), sigma, alpha, float(power), joined(means) + ";" + joined(sizes)])
-write("overall_f_power.csv", ["k", "sigma", "alpha", "power", "means;sizes"], powers)
+        powers.append([len(means), sigma, alpha, float(power), joined(means, sizes)])
+write_table(HERE / "overall_f_power.csv", ["k", "sigma", "alpha", "power", "means;sizes"], powers)
 
 effects = []
 for k, kind, es, total in [(2, 0, 0.25, 80), (4, 0, 0.25, 80), (4, 1, 0.2, 80), (3, 1, 0.01, 1000), (12, 0, 0.4, 60),
@@ -60,9 +50,10 @@ for k, kind, es, total in [(2, 0, 0.25, 80), (4, 0, 0.25, 80), (4, 1, 0.2, 80), 
     for alpha in (0.05, 0.01):
         lam = mpf(total) * mpf(es) / (1 - mpf(es)) if kind else mpf(total) * mpf(es) ** 2
         effects.append([k, kind, es, total, alpha, float(f_test_power(alpha, k - 1, total - k, lam))])
-write("overall_f_effect_power.csv", ["k", "esType", "es", "N", "alpha", "power"], effects)
+write_table(HERE / "overall_f_effect_power.csv", ["k", "esType", "es", "N", "alpha", "power"], effects)
 
-# Totals that reach a power: the smallest N with power(N) >= target, to 1e-9, by bisection on exact powers.
+# Totals that reach a power: the smallest N with power(N) >= target, the power of the group sizes that it gives,
+# and the power just before any of them becomes smaller.
 sizes = []
 for means, sigma, weights, target, alpha in [
     ([10, 12, 14, 11], 4, [1, 1, 1, 1], 0.8, 0.05),
@@ -74,14 +65,10 @@ for means, sigma, weights, target, alpha in [
 ]:
     k = len(means)
 
-    def power(total):
-        return f_test_power(alpha, k - 1, total - k, noncentrality(means, sigma, weights, total))
+    def power(group_sizes):
+        total = sum(group_sizes)
+        return f_test_power(alpha, k - 1, total - k, noncentrality(means, sigma, group_sizes, total))
 
-    low, high = mpf(2 * k), mpf(2 * k + 400)
-    while power(high) < target:
-        low, high = high, 2 * high
-    while high - low > mpf(10) ** -9:
-        middle = (low + high) / 2
-        low, high = (middle, high) if power(middle) < target else (low, middle)
-    sizes.append([k, sigma, target, alpha, float(high), joined(means) + ";" + joined(weights)])
-write("overall_f_size.csv", ["k", "sigma", "target", "alpha", "N", "means;weights"], sizes)
+    sizes.append([k, sigma, target, alpha, *search(power, weights, target), joined(means, weights)])
+write_table(HERE / "overall_f_size.csv",
+            ["k", "sigma", "target", "alpha", "N", "power_at", "power_below", "means;weights"], sizes)

@@ -1,0 +1,181 @@
+#include "anova/contrast.h"
+
+#include <cmath>
+#include <numeric>
+
+#include "anova/allocation.h"
+#include "core/design.h"
+#include "core/test_power.h"
+#include "statpower/anova.h"
+
+using namespace statpower;
+using OrvCommon_940::OrvMV;
+using OrvCommon_940::OrvQueryCancel;
+
+namespace {
+
+constexpr double kZeroSum = 1e-14;
+
+/// Q, the variance of the estimated contrast when sigma is 1: the sum of coefficients[i]^2 / sizes[i].
+double unit_variance(std::span<const double> coefficients, std::span<const double> sizes) {
+    double variance = 0;
+    for (std::size_t i = 0; i < coefficients.size(); ++i) variance += square(coefficients[i]) / sizes[i];
+    return variance;
+}
+
+}  // namespace
+
+double statpower::contrast_effect(std::span<const double> means, std::span<double> coefficients,
+                                  double sigma) {
+    if (coefficients.empty()) return OrvMV::Missing();
+    double& last = coefficients.back();
+    const double others = sum(coefficients.first(coefficients.size() - 1));
+    if (std::abs(last + others) >= kZeroSum) {
+        last = -others;
+        if (last > 1 || last < -1) return OrvMV::Missing();
+    }
+    const double psi = std::inner_product(means.begin(), means.end(), coefficients.begin(), 0.0);
+    return sigma > 0 ? psi / sigma : OrvMV::Missing();
+}
+
+double statpower::contrast_power(std::span<const double> means, double sigma, std::span<const double> weights,
+                                 double N, std::span<double> coefficients, bool directional, double alpha) {
+    const auto k = static_cast<double>(means.size());
+    if (!(k >= 2 && coefficients.size() == means.size() && alpha > 0 && sigma > 0 && N >= k && alpha < 1))
+        return OrvMV::Missing();
+    const double es = contrast_effect(means, coefficients, sigma);
+    return contrast_power_of_effect(es, weights, N, coefficients, directional, alpha);
+}
+
+double statpower::contrast_power_of_effect(double es, std::span<const double> weights, double N,
+                                           std::span<const double> coefficients, bool directional,
+                                           double alpha) {
+    const auto k = static_cast<double>(weights.size());
+    if (!(k >= 2 && coefficients.size() == weights.size() && alpha > 0 && N >= k && alpha < 1))
+        return OrvMV::Missing();
+    const double noncentrality = N / sum(weights) * square(es) / unit_variance(coefficients, weights);
+    return directional ? t_test_power_one_sided(alpha, N - k, std::sqrt(noncentrality))
+                       : f_test_power(alpha, 1, N - k, noncentrality);
+}
+
+namespace POWER_NAMESPACE {
+
+double _PowerSCwithN(int k, double* means, double sigma, double* sizes, double N, double* coefficients,
+                     int directional, double alpha) {
+    return contrast_power(groups(k, means), sigma, groups(k, sizes), N, groups(k, coefficients),
+                          directional != 0, alpha);
+}
+
+double _PowerSCwithES(int k, double es, double* sizes, double N, double* coefficients, int directional,
+                      double alpha) {
+    return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients), directional != 0,
+                                    alpha);
+}
+
+double SCFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    DesignReader d(design);
+    const double target = d.number();
+    const int k = d.integer();
+    const double sigma = d.number();
+    const double alpha = d.number();
+    const bool directional = d.integer() != 0;
+    const auto means = d.array(k);
+    const auto weights = d.array(k);
+    const auto given = d.array(k);
+    std::vector<double> coefficients(given.begin(), given.end());
+    return contrast_power(means, sigma, weights, N, coefficients, directional, alpha) - target;
+}
+
+double SCwESFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    DesignReader d(design);
+    const double target = d.number();
+    const int k = d.integer();
+    const double es = d.number();
+    const double alpha = d.number();
+    const bool directional = d.integer() != 0;
+    const auto weights = d.array(k);
+    const auto coefficients = d.array(k);
+    return contrast_power_of_effect(es, weights, N, coefficients, directional, alpha) - target;
+}
+
+double _SampleSizebyHalfCISCTestFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    DesignReader d(design);
+    const double half_width = d.number();
+    const int k = d.integer();
+    const double sigma = d.number();
+    const double alpha = d.number();
+    const double total_weight = d.number();
+    const double variance = d.number();
+    return N * square(half_width) / (square(sigma) * total_weight) -
+           square(t_critical(alpha / 2, N - k)) * variance;
+}
+
+}  // namespace POWER_NAMESPACE
+
+using namespace POWER_NAMESPACE;
+
+double statpower::contrast_allocation(std::span<const double> means, std::span<const double> sizes,
+                                      std::span<const double> coefficients, std::vector<double>& groupSizes,
+                                      int directional, double sigma, double power, double alpha) {
+    const int k = static_cast<int>(means.size());
+    const auto weights = proportions(sizes);
+    const auto design = pack_design(power, k, sigma, alpha, directional, means, weights, coefficients);
+    const double N = search_total(design, SCFunc, k, kPowerTolerance);
+    return allocate(groupSizes, [&](std::size_t i) { return weights[i] * N; });
+}
+
+double EffectSizeSC(int k, const double* means, double* coefficients, double sigma) {
+    return contrast_effect(groups(k, means), groups(k, coefficients), sigma);
+}
+
+double PowerSC(int k, const double* means, const double* sizes, double* coefficients, int directional,
+               double sigma, double alpha) {
+    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    return contrast_power(groups(k, means), sigma, groups(k, sizes), SampleSizeTotal(k, sizes),
+                          groups(k, coefficients), directional != 0, alpha);
+}
+
+double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional, double es,
+                  double alpha) {
+    if (!(alpha > 0 && k >= 2 && alpha < 1)) return OrvMV::Missing();
+    return contrast_power_of_effect(es, groups(k, sizes), SampleSizeTotal(k, sizes), groups(k, coefficients),
+                                    directional != 0, alpha);
+}
+
+double PowerReverseSC(int k, const double* means, const double* sizes, const double* coefficients,
+                      std::vector<double>* groupSizes, int directional, double sigma, double power,
+                      double alpha) {
+    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
+    return contrast_allocation(groups(k, means), groups(k, sizes), groups(k, coefficients), *groupSizes,
+                               directional, sigma, power, alpha);
+}
+
+double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
+                         std::vector<double>* groupSizes, int directional, double es, double power,
+                         double alpha) {
+    if (!(alpha > 0 && k >= 2 && alpha < 1)) return OrvMV::Missing();
+    groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
+    const auto weights = proportions(groups(k, sizes));
+    const auto design = pack_design(power, k, es, alpha, directional, weights, groups(k, coefficients));
+    const double N = search_total(design, SCwESFunc, k, kPowerTolerance);
+    return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
+}
+
+double HalfCISCTest(int k, const double* sizes, const double* coefficients, double N, double sigma,
+                    double alpha) {
+    const double variance = unit_variance(groups(k, coefficients), groups(k, sizes));
+    return std::sqrt(SampleSizeTotal(k, sizes) * variance / N) * t_critical(alpha / 2, N - k) * sigma;
+}
+
+double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
+                                  std::vector<double>* groupSizes, double halfWidth, double sigma,
+                                  double alpha) {
+    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
+    const double total = SampleSizeTotal(k, sizes);
+    const double variance = unit_variance(groups(k, coefficients), groups(k, sizes));
+    const auto design = pack_design(halfWidth, k, sigma, alpha, total, variance);
+    const double N = search_total(design, _SampleSizebyHalfCISCTestFunc, k, kHalfWidthTolerance);
+    return allocate(*groupSizes, [&](std::size_t i) { return sizes[i] * N / total; });
+}
