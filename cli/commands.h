@@ -6,8 +6,8 @@
 namespace cli {
 
 void add_anova(CLI::App& app);
-void add_prop_two(CLI::App& app);
 void add_contrast(CLI::App& app);
 void add_pairwise(CLI::App& app);
+void add_prop_two(CLI::App& app);
 
 }  // namespace cli

@@ -15,9 +15,9 @@ int run(int argc, char** argv) {
     CLI::App app("Power, sample size and precision of statistical tests.", "statpower");
     app.require_subcommand(1);
     cli::add_anova(app);
-    cli::add_prop_two(app);
     cli::add_contrast(app);
     cli::add_pairwise(app);
+    cli::add_prop_two(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {
