@@ -17,6 +17,11 @@ int run(int argc, char** argv) {
     cli::add_anova(app);
     cli::add_contrast(app);
     cli::add_pairwise(app);
+    cli::add_means(app);
+    cli::add_one_sample_binomial(app);
+    cli::add_related_binomial(app);
+    cli::add_correlations(app);
+    cli::add_regression(app);
     cli::add_prop_two(app);
     try {
         app.parse(argc, argv);

@@ -22,7 +22,13 @@ CLI::Validator range(const std::string& rule, InRange in_range) {
 
 const CLI::Validator kBetween0And1 =
     range("greater than 0 and less than 1", [](double x) { return x > 0 && x < 1; });
+const CLI::Validator kFrom0To1 = range("at least 0 and at most 1", [](double x) { return x >= 0 && x <= 1; });
 const CLI::Validator kPositive = range("greater than 0", [](double x) { return x > 0; });
+const CLI::Validator kCorrelation =
+    range("a correlation, from -1 to 1", [](double x) { return x >= -1 && x <= 1; });
+
+const CLI::Validator kStep =
+    range("greater than 0 and at most 0.5", [](double x) { return x > 0 && x <= 0.5; });
 
 CLI::Validator at_least(double lowest) {
     char digits[32];

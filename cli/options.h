@@ -10,7 +10,10 @@
 namespace cli {
 
 extern const CLI::Validator kBetween0And1;  ///< both excluded
+extern const CLI::Validator kFrom0To1;      ///< both included
 extern const CLI::Validator kPositive;      ///< greater than 0
+extern const CLI::Validator kCorrelation;   ///< from -1 to 1
+extern const CLI::Validator kStep;          ///< of a correlation or an effect: above 0, up to 0.5
 CLI::Validator at_least(double lowest);
 
 /// --alpha, 0.05 unless given.

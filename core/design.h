@@ -1,6 +1,7 @@
 // Design vectors: packed by pack_design and read back in the same order by DesignReader.
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <limits>
 #include <span>
@@ -39,6 +40,14 @@ class DesignReader {
         const double value = rest_.front();
         rest_ = rest_.subspan(1);
         return value;
+    }
+
+    /// The next `count` numbers, for a structured binding: auto [target, es, alpha] = d.numbers<3>().
+    template <std::size_t count>
+    std::array<double, count> numbers() {
+        std::array<double, count> values;
+        for (double& value : values) value = number();
+        return values;
     }
 
     /// An integer code, by truncation towards zero.

@@ -108,8 +108,8 @@ double binomial_probability(double x, double n, double p) {
 
 double binomial_cdf(double x, double n, double p) {
     if (x < 0) return 0;
+    if (x >= n) return 1;  // before x is floored: a fractional n reaches 1 as well
     x = std::floor(x);
-    if (x >= n) return 1;
     if (p <= 0) return 1;
     if (p >= 1) return 0;
     if (n <= kMaxExactTrials)

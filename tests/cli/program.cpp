@@ -9,12 +9,24 @@
 
 namespace testing_support {
 
-Output statpower(const std::string& arguments) {
-    FILE* pipe = popen((STATPOWER_PROGRAM " " + arguments + " 2>&1").c_str(), "r");
+namespace {
+
+Output run(const std::string& command) {
+    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
     if (pipe == nullptr) throw std::runtime_error("cannot run the program");
     std::string text;
     for (int c; (c = std::fgetc(pipe)) != EOF;) text += static_cast<char>(c);
     return {WEXITSTATUS(pclose(pipe)), text};
+}
+
+}  // namespace
+
+Output statpower(const std::string& arguments) {
+    return run(STATPOWER_PROGRAM " " + arguments);
+}
+
+Output interrupted_statpower(const std::string& arguments) {
+    return run("timeout --preserve-status --signal=INT --kill-after=60 2 " STATPOWER_PROGRAM " " + arguments);
 }
 
 void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals) {

@@ -27,4 +27,7 @@ struct Refusal {
 /// Expects that `statpower COMMAND ARGUMENTS` ends with the status of a wrong argument and names the option.
 void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals);
 
+/// Runs `statpower ARGUMENTS` and sends it the signal of Ctrl-C when it has not ended after two seconds.
+Output interrupted_statpower(const std::string& arguments);
+
 }  // namespace testing_support

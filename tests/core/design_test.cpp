@@ -18,6 +18,15 @@ TEST(DesignVector, HoldsNumbersCodesFlagsAndArraysInOrder) {
     EXPECT_THAT(pack_design(0.8, 3, true, false, array, -1.5), ElementsAre(0.8, 3, 1, 0, 7, 8, -1.5));
 }
 
+TEST(DesignVector, NumbersAreReadBackInOrderAndBeyondTheEndAsNaN) {
+    const std::vector<double> design = {0.8, 0.5, 0.05, 7};
+    DesignReader d(design);
+    EXPECT_THAT(d.numbers<3>(), ElementsAre(0.8, 0.5, 0.05));
+    const auto [last, beyond] = d.numbers<2>();
+    EXPECT_EQ(last, 7);
+    EXPECT_TRUE(std::isnan(beyond));
+}
+
 TEST(DesignVector, IntegersAreReadBackByTruncationTowardsZero) {
     const std::vector<double> design = {2.9, -2.9, 1e300, -1e300, std::nan("")};
     DesignReader d(design);

@@ -1,0 +1,50 @@
+// Tests of one correlation: the objectives of the sample-size searches and the default ranges of the
+// surfaces.
+#pragma once
+
+#include <vector>
+
+#include "statpower/core.h"
+
+namespace POWER_NAMESPACE {
+
+// ---- Power at N minus the target -------------------------------------------------------------------------
+
+/// Design: target power, r, r0, sided, bias, alpha.
+STATPOWER_API double PowerbyOneSampPearsonFunc(double N, std::vector<double> design,
+                                               OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Design: target power, r, r0, method, sided, alpha.
+STATPOWER_API double PowerbyOneSampSpearmanFunc(double N, std::vector<double> design,
+                                                OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Design: target power, k, r, r0, sided, alpha.
+STATPOWER_API double PowerbyOneSampPartialFunc(double N, std::vector<double> design,
+                                               OrvCommon_940::OrvQueryCancel* cancel);
+
+// ---- Target half-width minus the half-width at N ---------------------------------------------------------
+
+/// Design: target half-width, r, bias, alpha.
+STATPOWER_API double _SampleSizebyHalfCIOneSampPearson(double N, std::vector<double> design,
+                                                       OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Design: target half-width, r, method, alpha.
+STATPOWER_API double _SampleSizebyHalfCIOneSampSpearman(double N, std::vector<double> design,
+                                                        OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Design: target half-width, k, r, alpha.
+STATPOWER_API double _SampleSizebyHalfCIOneSampPartial(double N, std::vector<double> design,
+                                                       OrvCommon_940::OrvQueryCancel* cancel);
+
+// ---- Default ranges of the sample size -------------------------------------------------------------------
+
+/// Partial correlation: from k + 4 to k + 5000, k truncated. The power at N is evaluated, as for the other
+/// tests, but the range does not depend on it.
+STATPOWER_API void _SetPlotRangeN(double N, double k, double r, double r0, int sided, double alpha, int& nMin,
+                                  int& nMax);
+
+/// Spearman: from (1 - P) N, but at least 4, to (2 - P) N, where P is the power at N.
+STATPOWER_API void _SetPlotRangeN(double N, double r, double r0, int method, int sided, double alpha,
+                                  int& nMin, int& nMax);
+
+}  // namespace POWER_NAMESPACE

@@ -1,0 +1,102 @@
+// Multiple linear regression: does a set of predictors add to the fit?
+//
+// The F test of q among the p predictors of a linear regression. Fixed predictors: the noncentral F
+// distribution. Random (jointly normal) predictors: the exact distribution of the sample squared partial
+// multiple correlation, a negative binomial mixture of beta distributions.
+//
+// Arguments that recur
+//   random     not 0: random predictors; 0: fixed predictors
+//   intercept  true when the model has an intercept, which costs one error degree of freedom
+//   N          sample size; may be fractional
+//   p, q       number of predictors in all and number tested, 1 <= q <= p
+//   R2full, R2red   squared multiple correlations of the full model and of the model without the q
+//   predictors,
+//              both between 0 and 1, both excluded. R2red = 0 says that there is no reduced model, and then
+//              R2full is read as the multiple correlation R itself, between -1 and 1, not as its square.
+//   f2         effect size f^2 (Cohen), explained over unexplained variance; not checked. Negative: with
+//   fixed
+//              predictors the power counts as 1, with random ones it is NaN.
+//   alpha      significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
+//   power      target power, not checked
+//
+// Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when no N
+// below 2^1023 reaches the target, which includes every search with refused arguments.
+//
+// Sources: J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 9;
+// random predictors: R. A. Fisher, The general sampling distribution of the multiple correlation coefficient,
+// Proc. R. Soc. A 121 (1928), 654-673.
+#pragma once
+
+#include "statpower/core.h"
+
+extern "C" {
+
+// ---- What power has a sample size? -----------------------------------------------------------------------
+
+/// Power for the fit of two models. With the squared partial multiple correlation
+/// e = (R2full - R2red) / (1 - R2red), or R2full^2 when R2red is 0, and N - intercept - p error degrees of
+/// freedom, the noncentrality for fixed predictors is N e / (1 - e).
+/// @return the power; -1 unless R2full and R2red are as said above, R2red <= R2full, 1 <= q <= p,
+///         p + 1 + intercept <= N and 0 < alpha < 1
+STATPOWER_API double Powerbymlr(int random, bool intercept, double N, double p, double q, double R2full,
+                                double R2red, double alpha);
+
+/// Power for an effect size: noncentrality N f2 for fixed predictors, e = f2 / (f2 + 1) for random ones.
+/// @return the power; -1 unless 1 <= q <= p, p + 1 + intercept <= N and 0 < alpha < 1
+STATPOWER_API double PowerbymlrwES(int random, bool intercept, double N, double p, double q, double f2,
+                                   double alpha);
+
+// ---- Which sample size reaches a power? ------------------------------------------------------------------
+
+/// Sample size for the fit of two models, searched from p + 1 + intercept upwards; cannot be cancelled.
+/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
+///         missing value.
+STATPOWER_API double PowerReversebymlr(int random, bool intercept, double power, double p, double q,
+                                       double R2full, double R2red, double alpha);
+
+/// The same for an effect size.
+STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double power, double p, double q,
+                                          double f2, double alpha);
+
+// ---- Curves and surfaces of the power --------------------------------------------------------------------
+
+// Every curve returns the empty result unless 1 <= q <= p, 0 < alpha < 1 and its further arguments are as
+// said at the curve. Powers are stored in single precision; a point that the power function refuses holds -1
+// (R2red above R2full is a curve of -1). The flags go to the power function as they are.
+//
+// nMin, nMax   p + intercept <= nMin <= nMax <= p + 5000, or 0 for nMin. A 0 for nMin or nMax stands for the
+//              default range: from p + intercept + 1 to p + 5000 (p truncated). In a surface with random
+//              predictors it is, with P the power at N, from (1 - P) N, but at least p + 2, to (2 - P) N.
+// Steps        Where the random flag is exactly 1 grids are coarser. Of N, in a curve: steps of 5 for
+//              nMax - nMin from 150, 10 from 500, 20 from 1000, 50 from 2000; in a surface: 2 above 99. Of
+//              the effect: 0.05 in place of `step`, except in PlotESmlr. Otherwise N has steps of 1. The last
+//              N reaches or passes nMax.
+
+/// Power against N for the fit of two models, which are checked as in Powerbymlr, their order excepted.
+STATPOWER_API XYPlot PlotNmlr(int random, bool intercept, int nMin, int nMax, double p, double q,
+                              double R2full, double R2red, double alpha);
+
+/// Power against N for an effect size.
+STATPOWER_API XYPlot PlotNmlrFES(int random, bool intercept, int nMin, int nMax, double p, double q,
+                                 double f2, double alpha);
+
+/// Power against the multiple correlation R = -1 + step, -1 + 2 step, ...: 2 / step truncated, minus 1
+/// points. Needs p + 1 + intercept <= N.
+STATPOWER_API XYPlot PlotCorrmlr(int random, bool intercept, double N, double p, double q, double alpha,
+                                 double step);
+
+/// Power against f2 = step, 2 step, ...: the ceiling of 1 / step, minus 1 points, for every random flag.
+/// Needs p + 1 + intercept <= N.
+STATPOWER_API XYPlot PlotESmlr(int random, bool intercept, double N, double p, double q, double alpha,
+                               double step);
+
+/// Power against N and R = -1 + step, -1 + 2 step, ...: the ceiling of 2 / step, minus 1 values of R. N,
+/// R2full and R2red serve the checks, those of PlotNmlr and PlotCorrmlr, and the default range.
+STATPOWER_API XYZPlot PlotNaCorrmlr(int random, bool intercept, int nMin, int nMax, double N, double p,
+                                    double q, double R2full, double R2red, double alpha, double step);
+
+/// Power against N and f2 = step, 2 step, ...: the ceiling of 1 / step, minus 1 values of f2. N and f2 serve
+/// the checks, those of PlotNmlrFES and PlotESmlr, and the default range.
+STATPOWER_API XYZPlot PlotNaESmlr(int random, bool intercept, int nMin, int nMax, double N, double p,
+                                  double q, double f2, double alpha, double step);
+}

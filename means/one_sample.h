@@ -1,0 +1,29 @@
+// The one-sample t test: objectives of its searches, and its default range of the sample size.
+#pragma once
+
+#include <vector>
+
+#include "statpower/core.h"
+
+namespace POWER_NAMESPACE {
+
+/// Two-sided power at N minus the target. Design: target power, es, alpha.
+STATPOWER_API double NondirectionalFunc(double N, std::vector<double> design,
+                                        OrvCommon_940::OrvQueryCancel* cancel);
+
+/// One-sided power at N minus the target. Design: target power, es, alpha.
+STATPOWER_API double DirectionalFunc(double N, std::vector<double> design,
+                                     OrvCommon_940::OrvQueryCancel* cancel);
+
+/// N halfWidth^2 / sd^2 - t^2, negative while t sd / sqrt(N) exceeds the half-width.
+/// Design: target half-width, sd, alpha.
+STATPOWER_API double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> design,
+                                                           OrvCommon_940::OrvQueryCancel* cancel);
+
+/// Default range of the sample size around a design of size N with power P: from the larger of 2 and
+/// (1 - P) N to (2 - P) N.
+/// @param directional  nonzero: P is the one-sided power, zero: the two-sided one
+STATPOWER_API void _SetPlotRangeN(double N, double mean, double sd, int& nMin, int& nMax, int directional,
+                                  double mean0, double alpha);
+
+}  // namespace POWER_NAMESPACE

@@ -1,0 +1,15 @@
+// One proportion: the objective of the search for a half-width.
+#pragma once
+
+#include <vector>
+
+#include "statpower/core.h"
+
+namespace POWER_NAMESPACE {
+
+/// Target minus the half-width at N for the methods 1 to 6, 0 for any other: Wald intervals have a closed
+/// form. Design: target half-width, p, method, alpha, continuity correction.
+STATPOWER_API double _SampleSizebyHalfCIOneSampBinom(double N, std::vector<double> design,
+                                                     OrvCommon_940::OrvQueryCancel* cancel);
+
+}  // namespace POWER_NAMESPACE
