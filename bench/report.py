@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
 """Prints the results of Google Benchmark programs as a table.
 
-A benchmark named "X/Y" is compared with the benchmark "X": the ratio of the two stands beside it. Medians of the
+A benchmark named "X/Y" is compared with the benchmark "X": the ratio of the two stands beside it. One named "X at N"
+is compared with the last smaller N: the exponent stands beside it with which the time grew. Medians of the
 repetitions are used.
 
     report.py RESULT.json...
 """
 
 import json
+import math
+import re
 import sys
 
 
@@ -26,15 +29,31 @@ def readable(nanoseconds):
     return f"{nanoseconds:.3g} ns"
 
 
+def growths(times):
+    """For "X at N" and "X at N/Y" the exponent of the growth since the last N."""
+    result, last = {}, {}
+    for name, time in times.items():
+        match = re.fullmatch(r"(.* at )(\d+)(/.*)?", name)
+        if match:
+            series, size = (match[1], match[3]), int(match[2])
+            if series in last:
+                last_size, last_time = last[series]
+                result[name] = math.log(time / last_time) / math.log(size / last_size)
+            last[series] = size, time
+    return result
+
+
 def main():
     scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
     times = {name: time * scale[unit] for name, time, unit in medians(sys.argv[1:])}
     width = max(map(len, times))
-    print(f"{'benchmark':{width}}  {'median':>9}  relative")
+    growth = growths(times)
+    print(f"{'benchmark':{width}}  {'median':>9}  {'growth':6}  relative")
     for name, time in times.items():
         whole = times.get(name.rpartition("/")[0])
         relative = f"{time / whole:.3f} of {name.rpartition('/')[0]}" if whole else ""
-        print(f"{name:{width}}  {readable(time):>9}  {relative}")
+        exponent = f"N^{growth[name]:.1f}" if name in growth else ""
+        print(f"{name:{width}}  {readable(time):>9}  {exponent:6}  {relative}")
 
 
 main()

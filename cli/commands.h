@@ -13,5 +13,6 @@ void add_one_sample_binomial(CLI::App& app);
 void add_related_binomial(CLI::App& app);
 void add_correlations(CLI::App& app);
 void add_regression(CLI::App& app);
+void add_prop_two(CLI::App& app);
 
 }  // namespace cli

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "elapsed_time.h"
 #include "orvcommon/query_cancel.h"
 
 namespace cli {
@@ -27,11 +28,13 @@ class Interrupt : public OrvCommon_940::OrvQueryCancel {
     void (*previous_)(int);
 };
 
-/// The answer of search(cancel), a search that asks `cancel` while it runs. Throws Interrupted after Ctrl-C.
+/// The answer of search(cancel), a search that asks `cancel` while it runs, with the elapsed time shown while
+/// it runs long. Throws Interrupted after Ctrl-C.
 template <class Search>
-double interruptible(Search search) {
+auto interruptible(Search search) {
     Interrupt interrupt;
-    const double answer = search(&interrupt);
+    const ElapsedTime elapsed_time;
+    const auto answer = search(&interrupt);
     if (interrupt.IsCancelRequested()) throw Interrupted();
     return answer;
 }

@@ -22,6 +22,7 @@ int run(int argc, char** argv) {
     cli::add_related_binomial(app);
     cli::add_correlations(app);
     cli::add_regression(app);
+    cli::add_prop_two(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& help) {
