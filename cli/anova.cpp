@@ -137,7 +137,8 @@ void add_half_width_size(CLI::App& anova) {
 Table curve_of(const Design& d) {
     const auto& [over, n, sd, es, steps] = d.axes;
     const int type = over.ends_with("variance-explained") ? 1 : 0;
-    const double *means = d.means.data(), *sizes = d.sizes.data(), step = d.axes.step();
+    const double *means = d.means.data(), *sizes = d.sizes.data(),
+                 step = d.axes.step(over.ends_with("sd") ? sd : es);
     const char* effect = type != 0 ? "variance_explained" : "f";
     if (over == "n" && d.has_means())
         return table_of(PlotNOverallTest(d.k(), means, sizes, n.low, n.high, d.sd, d.alpha), "n", "power");

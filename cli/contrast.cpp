@@ -180,10 +180,10 @@ Table curve_of(Contrast& c) {
             "power");
     if (over == "sd")
         return table_of(PlotSDSC(c.k(), means, sizes, coefficients, c.directional(), c.sd, sd.low, sd.high,
-                                 c.alpha, c.axes.step()),
+                                 c.alpha, c.axes.step(sd)),
                         "sd", "power");
     return table_of(PlotNaSDSC(c.k(), means, sizes, coefficients, n.low, n.high, c.directional(), c.sd,
-                               sd.low, sd.high, c.alpha, c.axes.step()),
+                               sd.low, sd.high, c.alpha, c.axes.step(sd)),
                     "n", "sd", "power");
 }
 

@@ -55,7 +55,7 @@ struct Axes {
     Range<double> es;
     int steps = 20;
 
-    double step() const { return step_fraction(steps); }
+    double step(const Range<double>& axis) const { return step_fraction(steps, axis.low, axis.high); }
 };
 
 /// --over, whose first choice is the default, the ends of the axes of sample size and standard deviation, and

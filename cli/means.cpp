@@ -33,12 +33,16 @@ struct Question {
     int steps = 20;
 
     int directional() const { return one_sided ? 1 : 0; }
-    double fraction() const { return step_fraction(steps); }
+    double fraction() const {
+        const bool is_effect_size = over == "es" || over == "n-es";
+        const double lowest = es_low == -5 && !one_sided ? 0 : es_low;
+        return is_effect_size ? step_fraction(steps, lowest, es_high) : step_fraction(steps, 0, 1);
+    }
     const char* alternative() const { return one_sided ? "one-sided" : "two-sided"; }
 };
 
 CLI::Option* add_mean(CLI::App& command, const std::string& name, double& mean) {
-    return command.add_option(name, mean, "Mean");
+    return command.add_option(name, mean, "Mean")->check(kFinite);
 }
 
 CLI::Option* add_spread(CLI::App& command, const std::string& name, double& sd) {
@@ -49,12 +53,20 @@ CLI::Option* add_count(CLI::App& command, const std::string& name, double& n) {
     return command.add_option(name, n, "Number of observations")->check(at_least(2));
 }
 
+/// Options that make sense together only.
+void need_each_other(CLI::Option* option, const std::vector<CLI::Option*>& others) {
+    for (auto* other : others) {
+        option->needs(other);
+        other->needs(option);
+    }
+}
+
 /// The effect: --es, or the option `mean`, which asks for those that belong to it.
 void choose_effect(CLI::App& command, Question& q, const std::string& mean_name, double& mean,
                    const std::vector<CLI::Option*>& belonging) {
     auto* effect = command.add_option_group("effect", "How large is the effect?");
     effect->require_option(1);
-    effect->add_option("--es", q.es, "Standardised effect size");
+    effect->add_option("--es", q.es, "Standardised effect size")->check(kFinite);
     auto* option = add_mean(*effect, mean_name, mean);
     for (auto* other : belonging) option->needs(other);
 }
@@ -118,9 +130,10 @@ struct OneSample : OneSize {
     }
     void add_curve(CLI::App& command) {
         add_size_axes(command);
-        auto* option = add_mean(command, "--mean", mean)->needs(add_spread(command, "--sd", sd));
+        auto* option = add_mean(command, "--mean", mean);
+        need_each_other(option, {add_spread(command, "--sd", sd)});
         add_null_mean(command);
-        command.add_option("--es", es, "Standardised effect size")->excludes(option);
+        command.add_option("--es", es, "Standardised effect size")->check(kFinite)->excludes(option);
     }
 
     double power() const {
@@ -143,13 +156,13 @@ struct OneSample : OneSize {
 
     Table curve() const {
         if (over == "es")
-            return table_of(PlotESOneSample(directional(), needed("--n", n, *this), es_low, es_high, alpha,
-                                            fraction()),
-                            "es", "power");
+            return table_of(
+                PlotESOneSample(directional(), needed("--n", n, *this), es_low, es_high, alpha, fraction()),
+                "es", "power");
         if (over == "n-es")
             return table_of(
-                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, fraction()),
-                "es", "n", "power");
+                PlotNaESOneSample(n_low, n_high, directional(), es_low, es_high, alpha, fraction()), "es",
+                "n", "power");
         if (es) return table_of(PlotNOneSampleFES(n_low, n_high, directional(), *es, alpha), "n", "power");
         needed("--es or --mean", sd, *this);
         return table_of(PlotNOneSample(n_low, n_high, directional(), 0, mean, sd, null_mean, alpha), "n",
@@ -158,7 +171,9 @@ struct OneSample : OneSize {
 
   private:
     void add_null_mean(CLI::App& command) {
-        command.add_option("--null", null_mean, "Mean under the null hypothesis")->capture_default_str();
+        command.add_option("--null", null_mean, "Mean under the null hypothesis")
+            ->check(kFinite)
+            ->capture_default_str();
     }
 };
 
@@ -184,8 +199,8 @@ struct Paired : OneSize {
     void add_curve(CLI::App& command) {
         add_size_axes(command);
         auto* first = add_mean(command, "--mean1", mean1);
-        for (auto* other : others(command)) first->needs(other);
-        command.add_option("--es", es, "Standardised effect size")->excludes(first);
+        need_each_other(first, others(command));
+        command.add_option("--es", es, "Standardised effect size")->check(kFinite)->excludes(first);
     }
 
     double power() const {
@@ -210,13 +225,12 @@ struct Paired : OneSize {
 
     Table curve() const {
         if (over == "es")
-            return table_of(PlotESRelated(directional(), needed("--n", n, *this), es_low, es_high, alpha,
-                                          fraction()),
-                            "es", "power");
-        if (over == "n-es")
             return table_of(
-                PlotNaESRelated(n_low, n_high, directional(), es_low, es_high, alpha, fraction()), "es",
-                "n", "power");
+                PlotESRelated(directional(), needed("--n", n, *this), es_low, es_high, alpha, fraction()),
+                "es", "power");
+        if (over == "n-es")
+            return table_of(PlotNaESRelated(n_low, n_high, directional(), es_low, es_high, alpha, fraction()),
+                            "es", "n", "power");
         if (es) return table_of(PlotNRelatedFES(n_low, n_high, directional(), *es, alpha), "n", "power");
         needed("--es or --mean1", sd1, *this);
         check_correlation();
@@ -233,7 +247,7 @@ struct Paired : OneSize {
     std::vector<CLI::Option*> spreads(CLI::App& command) {
         return {add_spread(command, "--sd1", sd1), add_spread(command, "--sd2", sd2),
                 command.add_option("--corr", corr, "Correlation of the two measurements, not 0")
-                    ->check(CLI::Range(-1.0, 1.0))};
+                    ->check(kCorrelation)};
     }
     std::vector<CLI::Option*> others(CLI::App& command) {
         auto options = spreads(command);
@@ -293,8 +307,8 @@ struct Independent : Question {
             ->capture_default_str();
         command.add_option("--diff-step", diff_step, "Step of the differences")->check(kPositive);
         auto* first = add_mean(command, "--mean1", mean1);
-        for (auto* other : others(command)) first->needs(other);
-        command.add_option("--es", es, "Standardised effect size")->excludes(first);
+        need_each_other(first, others(command));
+        command.add_option("--es", es, "Standardised effect size")->check(kFinite)->excludes(first);
     }
 
     Sizes sizes() const { return {n1, n2}; }
@@ -330,10 +344,9 @@ struct Independent : Question {
 
     Table curve() const {
         if (over == "es")
-            return table_of(
-                PlotESIndepended(directional(), needed("--n1", n1, *this), needed("--n2", n2, *this), es_low,
-                                 es_high, alpha, fraction()),
-                "es", "power");
+            return table_of(PlotESIndepended(directional(), needed("--n1", n1, *this),
+                                             needed("--n2", n2, *this), es_low, es_high, alpha, fraction()),
+                            "es", "power");
         if (over == "difference")
             return table_of(
                 PlotMeanDiffIndepended(directional(), needed("--n1", n1, *this), mean1, sd1_needed(),
@@ -341,25 +354,33 @@ struct Independent : Question {
                                        needed("--diff-step", diff_step, *this)),
                 "difference", "power");
         needed("--total", total, *this);
+        check_ratios();
         if (over == "ratio-es")
             return table_of(PlotRatioaESIndependent(directional(), total, ratio_low, ratio_high, es_low,
                                                     es_high, alpha, fraction()),
                             "ratio", "es", "power");
         if (over == "ratio-difference")
-            return table_of(PlotRatioaMeanDiffIndependent(directional(), total, mean1, sd1_needed(), mean2,
-                                                          sd2, ratio_low, ratio_high, diff_low, diff_high,
-                                                          alpha, fraction()),
-                            "ratio", "difference", "power");
+            return table_of(
+                PlotRatioaMeanDiffIndependent(directional(), total, mean1, sd1_needed(), mean2, sd2,
+                                              ratio_low, ratio_high, diff_low, diff_high, alpha, fraction()),
+                "ratio", "difference", "power");
         if (es)
-            return table_of(PlotRatioIndependentFES(directional(), total, *es, ratio_low, ratio_high, alpha,
-                                                    fraction()),
-                            "ratio", "power");
+            return table_of(
+                PlotRatioIndependentFES(directional(), total, *es, ratio_low, ratio_high, alpha, fraction()),
+                "ratio", "power");
         return table_of(PlotRatioIndependent(directional(), total, mean1, sd1_needed(), mean2, sd2, ratio_low,
                                              ratio_high, alpha, fraction()),
                         "ratio", "power");
     }
 
   private:
+    /// Beyond these ratios a group has one observation or less, and the power does not exist.
+    void check_ratios() const {
+        if (ratio_low == 0 || ratio_high == 0) return;
+        if (!(ratio_low > 1 / (total - 1)))
+            refuse("--ratio-low", "leaves one observation or less in group 2");
+        if (!(ratio_high < total - 1)) refuse("--ratio-high", "leaves one observation or less in group 1");
+    }
     double sd1_needed() const { return needed(over == "ratio" ? "--es or --mean1" : "--mean1", sd1, *this); }
     std::vector<CLI::Option*> others(CLI::App& command) {
         return {add_spread(command, "--sd1", sd1), add_mean(command, "--mean2", mean2),
@@ -450,6 +471,10 @@ void add_half_width_size(CLI::App& test) {
     auto t = std::make_shared<Test>();
     auto* command = add_command(test, "halfwidth-size", "Sample size that reaches a half-width", [t] {
         t->set_sizes(whole(t->search_width()));
+        // The search ends within 1e-9 of the root; where group 2 is raised to two observations, or the widths
+        // are too small to tell from zero, it can miss the target.
+        if (t->width() > t->half_width * (1 + 1e-9))
+            throw NoAnswer("the search found no size that reaches it");
         return Report{{"target_half_width", t->half_width},
                       {"confidence", 1 - t->alpha},
                       {"sample_size", answer(t->sizes())},

@@ -39,8 +39,10 @@ CLI::Validator at_least(double lowest) {
                  [=](double x) { return x >= lowest && std::isfinite(x); });
 }
 
-double step_fraction(int steps) {
-    return std::nextafter(1.0 / steps, 1);
+double step_fraction(int steps, double low, double high) {
+    const double width = high > low ? high - low : 1;
+    const double fraction = 1.0 / steps;
+    return std::ceil(width / (fraction * width)) > steps ? std::nextafter(fraction, 1) : fraction;
 }
 
 CLI::Option* add_alpha(CLI::App& command, double& alpha) {

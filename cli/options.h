@@ -17,9 +17,10 @@ extern const CLI::Validator kCorrelation;  ///< from -1 to 1
 extern const CLI::Validator kStep;         ///< of a correlation or an effect: above 0, up to 0.5
 CLI::Validator at_least(double lowest);
 
-/// The width of one of `steps` steps of an axis as a fraction of the whole, a hair more than 1 / steps: the
-/// library counts how many steps cover the axis, and rounding must not add one.
-double step_fraction(int steps);
+/// The width of one of `steps` steps of the axis from low to high as a fraction of the whole, 1 / steps but for
+/// the last digit: the library counts how many steps cover the axis, and rounding must not add one. An axis
+/// whose ends are the library's choice counts as one of unit width.
+double step_fraction(int steps, double low, double high);
 
 /// --alpha, 0.05 unless given.
 CLI::Option* add_alpha(CLI::App& command, double& alpha);

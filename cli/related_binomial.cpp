@@ -84,7 +84,7 @@ void add_margins(CLI::App& command, Design& d) {
             ->check(kBetween0And1)
             ->excludes("--p1");
     command.add_option("--rho", d.rho, "Correlation of the two responses (with --margins)")
-        ->check(CLI::Range(-1.0, 1.0))
+        ->check(kCorrelation)
         ->needs(margins);
 }
 

@@ -44,6 +44,16 @@ inline Axis axis(double count, std::function<double(double)> value) {
     return {static_cast<std::size_t>(count), std::move(value)};
 }
 
+/// A step that leads somewhere; a formula for a count may well give a number for any other.
+inline bool is_step(double step) {
+    return step > 0 && std::isfinite(step);
+}
+
+/// The step of a grid over a proportion or a correlation.
+inline bool is_grid_step(double step) {
+    return step > 0 && step <= 0.5;
+}
+
 /// `count` points start, start + step, start + 2 step, ...
 inline Axis multiples(double count, double start, double step) {
     return axis(count, [=](double i) { return start + i * step; });
@@ -75,8 +85,8 @@ struct Steps {
 inline Steps steps(double low, double high, double fraction) {
     const double width = high - low;
     const double size = fraction * width;
-    const bool valid = width > 0 && size > 0 && std::isfinite(size);
-    return {size, valid ? std::ceil(width / size) : std::numeric_limits<double>::quiet_NaN()};
+    return {size,
+            width > 0 && is_step(size) ? std::ceil(width / size) : std::numeric_limits<double>::quiet_NaN()};
 }
 
 /// A continuous axis divided into steps of `fraction` of its width, the last point exactly `high`. A width of

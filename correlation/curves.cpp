@@ -54,10 +54,6 @@ struct Partial {
 
 // ---- Axes ------------------------------------------------------------------------------------------------
 
-bool is_step(double step) {
-    return step > 0 && step <= 0.5;
-}
-
 /// The whole range of a correlation, from -1 upwards.
 Axis correlations(double step) {
     return multiples(std::trunc(2 / step) + 1, -1, step);
@@ -149,19 +145,19 @@ XYPlot over_size(const Test& test, const Range& range, const Design& d) {
 
 template <class Test>
 XYPlot over_null(const Test& test, double N, double r, double alpha, double step) {
-    if (!(is_valid(test, N, alpha) && is_correlation(r) && is_step(step))) return {};
+    if (!(is_valid(test, N, alpha) && is_correlation(r) && is_grid_step(step))) return {};
     return curve(correlations(step), [&](double r0) { return test.power(N, r, r0, alpha); });
 }
 
 template <class Test>
 XYPlot over_alternative(const Test& test, double N, double r0, double alpha, double step) {
-    if (!(is_valid(test, N, alpha) && is_correlation(r0) && is_step(step))) return {};
+    if (!(is_valid(test, N, alpha) && is_correlation(r0) && is_grid_step(step))) return {};
     return curve(correlations(step), [&](double r) { return test.power(N, r, r0, alpha); });
 }
 
 template <class Test>
 XYPlot over_difference(const Test& test, double N, double r0, double alpha, double step) {
-    if (!(is_valid(test, N, alpha) && is_correlation(r0) && is_step(step))) return {};
+    if (!(is_valid(test, N, alpha) && is_correlation(r0) && is_grid_step(step))) return {};
     return curve(differences(r0, step), [&](double d) { return test.power(N, d + r0, r0, alpha); });
 }
 
@@ -169,21 +165,21 @@ XYPlot over_difference(const Test& test, double N, double r0, double alpha, doub
 
 template <class Test>
 XYZPlot over_size_and_difference(const Test& test, const Range& range, const Design& d, double step) {
-    if (!(range && is_valid(test, d) && is_step(step))) return {};
+    if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(surface_sample_sizes(range->min, range->max), lower_differences(d.r0, step),
                    [&](double N, double y) { return test.power(N, y + d.r0, d.r0, d.alpha); });
 }
 
 template <class Test>
 XYZPlot over_size_and_null(const Test& test, const Range& range, const Design& d, double step) {
-    if (!(range && is_valid(test, d) && is_step(step))) return {};
+    if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(sizes(*range), correlations(step),
                    [&](double N, double r0) { return test.power(N, d.r, r0, d.alpha); });
 }
 
 template <class Test>
 XYZPlot over_size_and_alternative(const Test& test, const Range& range, const Design& d, double step) {
-    if (!(range && is_valid(test, d) && is_step(step))) return {};
+    if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(sizes(*range), correlations(step),
                    [&](double N, double r) { return test.power(N, r, d.r0, d.alpha); });
 }
@@ -191,7 +187,7 @@ XYZPlot over_size_and_alternative(const Test& test, const Range& range, const De
 /// The first axis is the null correlation, the second the alternative.
 template <class Test>
 XYZPlot over_null_and_alternative(const Test& test, double N, double alpha, double step) {
-    if (!(is_valid(test, N, alpha) && is_step(step))) return {};
+    if (!(is_valid(test, N, alpha) && is_grid_step(step))) return {};
     const Axis axis = correlations(step);
     return surface(axis, axis, [&](double r0, double r) { return test.power(N, r, r0, alpha); });
 }

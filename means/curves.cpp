@@ -105,6 +105,7 @@ Interval difference_range(double mean1, double mean2, double low, double high) {
 /// fractions(), the fraction alone decides how many steps there are, so an interval of zero width has them
 /// too.
 Axis parts(Interval range, double fraction) {
+    if (!is_step(fraction)) return {};
     return multiples_to(std::ceil(1 / fraction) + 1, range.low, fraction * (range.high - range.low),
                         range.high);
 }
@@ -227,7 +228,8 @@ XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, dou
 XYPlot PlotMeanDiffIndepended(int directional, double N1, double mean1, double sd1, double N2, double mean2,
                               double sd2, double diffLow, double diffHigh, double alpha, double diffStep) {
     const Interval diff = difference_range(mean1, mean2, diffLow, diffHigh);
-    if (!(0 < alpha && alpha < 1 && sd2 > 0 && sd1 > 0 && N2 > 1 && N1 > 1 && diff.low <= diff.high))
+    if (!(0 < alpha && alpha < 1 && sd2 > 0 && sd1 > 0 && N2 > 1 && N1 > 1 && diff.low <= diff.high &&
+          is_step(diffStep)))
         return {};
     const auto power = welch_power(directional);
     const double intervals = std::ceil((diff.high - diff.low) / diffStep);

@@ -31,11 +31,6 @@ bool are_group_sizes(double n1, double n2) {
     return is_group_size(n1) && is_group_size(n2);
 }
 
-/// Rejects NaN as well.
-bool is_step(double step) {
-    return step <= 0.5;
-}
-
 /// Smallest proportion left to move half an observation into: of group 1 below p1 or above it, of group 2 the
 /// other way.
 double room1(double p1, double p2) {
@@ -81,7 +76,7 @@ void choose_bounds(int& lowest, int& highest, double room, double n) {
 
 XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection, bool pooled,
                              double n1, double n2, double p1, double p2, double alpha, double step) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && is_step(step))) return {};
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && is_grid_step(step))) return {};
     const Test t{method, test, sides, continuityCorrection, pooled};
     const Axis proportions = axis(std::trunc(1 / step) - 1, [=](double i) { return (i + 1) * step; });
     return surface(proportions, proportions,
@@ -90,7 +85,8 @@ XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCor
 
 XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, bool continuityCorrection, bool pooled,
                                 double n1, double n2, double p1, double alpha, double step) {
-    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) && is_step(step)))
+    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) &&
+          is_grid_step(step)))
         return {};
     const Test t{method, test, sides, continuityCorrection, pooled};
     const Axis differences =
@@ -101,7 +97,8 @@ XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, bool continuity
 XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection, bool pooled,
                                  double n1, double n2, double p1, double alpha, double rMin, double rMax,
                                  double step) {
-    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) && is_step(step)))
+    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) &&
+          is_grid_step(step)))
         return {};
     if (!((rMin == 0 || p1 < rMin) && rMin <= rMax && rMax <= 10)) return {};
     const Test t{method, test, sides, continuityCorrection, pooled};
@@ -114,7 +111,8 @@ XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, bool continuit
 XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection, bool pooled,
                                  double n1, double n2, double p1, double alpha, double rMin, double rMax,
                                  double step) {
-    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) && is_step(step)))
+    if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) &&
+          is_grid_step(step)))
         return {};
     if (!((rMin == 0 || rMin >= 0.1) && rMin <= rMax && rMax <= 10)) return {};
     const Test t{method, test, sides, continuityCorrection, pooled};
@@ -129,7 +127,7 @@ XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, bool continuityCo
                               double N, double p1, double p2, double alpha, double rMin, double rMax,
                               double step) {
     if (!(N >= 2 && is_between_0_and_1(p1) && is_between_0_and_1(p2) && is_between_0_and_1(alpha) &&
-          is_step(step)))
+          is_grid_step(step)))
         return {};
     if (!((rMin == 0 || rMin >= 1 / (N - 1)) && rMax <= N - 1 && rMin <= rMax)) return {};
     const Test t{method, test, sides, continuityCorrection, pooled};

@@ -1,17 +1,13 @@
 // What every test of two independent proportions checks first.
 #pragma once
 
+#include "proportions/proportion.h"
 #include "statpower/core.h"
 
 namespace statpower {
 
 inline bool is_group_size(double n) {
     return n >= 1 - tol1;
-}
-
-/// For proportions and significance levels.
-inline bool is_between_0_and_1(double p) {
-    return p > 0 && p < 1;
 }
 
 inline bool are_two_samples(double n1, double n2, double p1, double p2) {

@@ -24,10 +24,6 @@ bool is_drawable(const Test& test, double N) {
     return is_between_0_and_1(test.alpha) && N >= 1;
 }
 
-bool is_step(double step) {
-    return step <= 0.5;
-}
-
 bool is_range(int nMin, int nMax) {
     constexpr int kLargest = 5000;
     return nMax <= kLargest && nMin >= 0 && (nMin < nMax || (nMin == 0 && nMax == 0));
@@ -45,7 +41,7 @@ Axis surface_sizes(const Test& test, int nMin, int nMax, double N, double p1, do
 }
 
 bool is_surface(const Test& test, double N, double p1, double p0, double step) {
-    return is_drawable(test, N) && is_proportion(p1) && is_proportion(p0) && is_step(step);
+    return is_drawable(test, N) && is_proportion(p1) && is_proportion(p0) && is_grid_step(step);
 }
 
 }  // namespace
@@ -68,21 +64,21 @@ XYPlot PlotNOneSampBinom(int method, int sides, int nMin, int nMax, bool continu
 XYPlot PlotNullOneSampBinom(int method, int sides, bool continuityCorrection, double N, double p1,
                             double alpha, double step) {
     const Test test{method, sides, continuityCorrection, alpha};
-    if (!(is_drawable(test, N) && is_proportion(p1) && is_step(step))) return {};
+    if (!(is_drawable(test, N) && is_proportion(p1) && is_grid_step(step))) return {};
     return curve(proportion_grid(step), [&](double p0) { return test.power(N, p1, p0); });
 }
 
 XYPlot PlotAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N, double p0,
                              double alpha, double step) {
     const Test test{method, sides, continuityCorrection, alpha};
-    if (!(is_drawable(test, N) && is_proportion(p0) && is_step(step))) return {};
+    if (!(is_drawable(test, N) && is_proportion(p0) && is_grid_step(step))) return {};
     return curve(proportion_grid(step), [&](double p1) { return test.power(N, p1, p0); });
 }
 
 XYPlot PlotRiskDiffOneSampBionm(int method, int sides, bool continuityCorrection, double N, double p0,
                                 double alpha, double step) {
     const Test test{method, sides, continuityCorrection, alpha};
-    if (!(is_drawable(test, N) && is_proportion(p0) && is_step(step))) return {};
+    if (!(is_drawable(test, N) && is_proportion(p0) && is_grid_step(step))) return {};
     return curve(proportion_grid(step, p0), [&](double d) { return test.power(N, d + p0, p0); });
 }
 
@@ -113,7 +109,7 @@ XYZPlot PlotNAlterOneSampBinom(int method, int sides, int nMin, int nMax, bool c
 XYZPlot PlotNullAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N, double alpha,
                                   double step) {
     const Test test{method, sides, continuityCorrection, alpha};
-    if (!(is_drawable(test, N) && is_step(step))) return {};
+    if (!(is_drawable(test, N) && is_grid_step(step))) return {};
     const Axis grid = proportion_grid(step);
     return surface(grid, grid, [&](double p0, double p1) { return test.power(N, p1, p0); });
 }

@@ -11,7 +11,7 @@ inline bool is_proportion(double p) {
     return p >= 0 && p <= 1;
 }
 
-/// Both excluded.
+/// Both excluded; for significance levels too.
 inline bool is_between_0_and_1(double p) {
     return p > 0 && p < 1;
 }

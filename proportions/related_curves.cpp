@@ -12,8 +12,9 @@ using namespace statpower;
 
 namespace {
 
-/// From `low` in steps of `fraction` of the width up to the first point that reaches `high`.
+/// From `low` in steps of `fraction` of the width to the first point that reaches `high`, which may lie below.
 Axis stepped_range(double low, double high, double fraction) {
+    if (!is_step(fraction)) return {};
     const double width = high - low;
     const double step = fraction * width;
     return multiples(std::ceil(width / step) + 1, low, step);
@@ -77,7 +78,9 @@ XYPlot PlotOddsRatioRelSampBionm(int sided, int exact, double N, double p1, doub
 }
 
 XYPlot PlotCorrRelSampBionm(int sided, int exact, double N, double pA, double pB, double alpha, double step) {
-    if (!(is_between_0_and_1(alpha) && is_between_0_and_1(pB) && is_between_0_and_1(pA) && N >= 2)) return {};
+    if (!(is_between_0_and_1(alpha) && is_between_0_and_1(pB) && is_between_0_and_1(pA) && N >= 2 &&
+          is_step(step)))
+        return {};
     const double largest = std::min((1 - pA) * pB, (1 - pB) * pA) / std::sqrt((1 - pB) * pB * pA * (1 - pA));
     const Axis correlations = multiples_to(std::ceil((1 + largest) / step) + 1, -1, step, largest);
     PairedTest test(sided, exact, alpha);

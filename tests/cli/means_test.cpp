@@ -202,4 +202,27 @@ TEST(MeansCommands, ACurveWithoutPointsHasNoAnswer) {
     EXPECT_EQ(statpower("t-one curve --over es --n 9 --es-low -1").status, 1);
 }
 
+TEST(MeansCommands, RefuseNumbersThatAreNotFinite) {
+    for (const char* arguments :
+         {"t-one power --n 20 --es nan", "t-one size --mean 1 --sd 1 --null nan",
+          "t-one power --n inf --es 0.5", "t-ind power --n1 9 --n2 9 --mean1 nan --mean2 0 --sd1 1 --sd2 1",
+          "t-paired size --mean1 1 --mean2 0 --sd1 1 --sd2 1 --corr nan"})
+        EXPECT_EQ(statpower(arguments).status, 2) << arguments;
+}
+
+TEST(MeansCommands, ASpreadWithoutAMeanMakesNoCurve) {
+    for (const char* arguments : {"t-one curve --sd 2", "t-paired curve --sd1 2 --corr 0.5",
+                                  "t-ind curve --total 52 --sd1 1 --sd2 1"})
+        EXPECT_EQ(statpower(arguments).status, 2) << arguments;
+}
+
+TEST(MeansCommands, AHalfWidthThatTheSizesMissIsNoAnswer) {
+    EXPECT_EQ(statpower("t-ind halfwidth-size --halfwidth 5 --ratio 0.05 --sd1 1 --sd2 0.1").status, 1);
+}
+
+TEST(MeansCommands, RatiosThatLeaveAGroupWithoutTwoObservationsAreRefused) {
+    EXPECT_EQ(statpower("t-ind curve --over ratio-es --total 52 --ratio-low 0.01 --ratio-high 4").status, 2);
+    EXPECT_EQ(statpower("t-ind curve --over ratio-es --total 52 --ratio-low 0.5 --ratio-high 51").status, 2);
+}
+
 }  // namespace

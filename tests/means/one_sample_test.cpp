@@ -255,4 +255,9 @@ TEST(OneSampleRange, OfAMissingPowerStaysWithinInt) {
     EXPECT_EQ(high, std::numeric_limits<int>::max());
 }
 
+TEST(OneSampleSize, SearchesFromTwoToFourHundredFirst) {
+    // A power that has reached exactly 1 at the upper end is a hit there, before any smaller N is looked at.
+    EXPECT_EQ(PowerReverseOneSampleNondirectionalES(1, 3, 0.05), 400);
+}
+
 }  // namespace
