@@ -76,8 +76,7 @@ double SCFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
     const double target = d.number();
     const int k = d.integer();
-    const double sigma = d.number();
-    const double alpha = d.number();
+    const auto [sigma, alpha] = d.numbers<2>();
     const bool directional = d.integer() != 0;
     const auto means = d.array(k);
     const auto weights = d.array(k);
@@ -90,8 +89,7 @@ double SCwESFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
     const double target = d.number();
     const int k = d.integer();
-    const double es = d.number();
-    const double alpha = d.number();
+    const auto [es, alpha] = d.numbers<2>();
     const bool directional = d.integer() != 0;
     const auto weights = d.array(k);
     const auto coefficients = d.array(k);
@@ -102,10 +100,7 @@ double _SampleSizebyHalfCISCTestFunc(double N, std::vector<double> design, OrvQu
     DesignReader d(design);
     const double half_width = d.number();
     const int k = d.integer();
-    const double sigma = d.number();
-    const double alpha = d.number();
-    const double total_weight = d.number();
-    const double variance = d.number();
+    const auto [sigma, alpha, total_weight, variance] = d.numbers<4>();
     return N * square(half_width) / (square(sigma) * total_weight) -
            square(t_critical(alpha / 2, N - k)) * variance;
 }

@@ -41,8 +41,7 @@ double OverallTestFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
     const double target = d.number();
     const int k = d.integer();
-    const double sigma = d.number();
-    const double alpha = d.number();
+    const auto [sigma, alpha] = d.numbers<2>();
     const auto means = d.array(k);
     const auto weights = d.array(k);
     return overall_f_power(means, sigma, weights, N, alpha) - target;
@@ -62,8 +61,7 @@ double _SampleSizebyHalfCIOverallTestFunc(double N, std::vector<double> design, 
     DesignReader d(design);
     const double half_width = d.number();
     const int k = d.integer();
-    const double sigma = d.number();
-    const double alpha = d.number();
+    const auto [sigma, alpha] = d.numbers<2>();
     return N * (square(half_width) / square(sigma)) - square(t_critical(alpha / 2, N - k));
 }
 

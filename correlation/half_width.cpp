@@ -51,8 +51,7 @@ namespace POWER_NAMESPACE {
 
 double _SampleSizebyHalfCIOneSampPearson(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double r = d.number();
+    const auto [target, r] = d.numbers<2>();
     const bool bias = d.flag();
     const double alpha = d.number();
     return target - HalfCIOneSampPearson(bias, N, r, alpha);
@@ -60,8 +59,7 @@ double _SampleSizebyHalfCIOneSampPearson(double N, std::vector<double> design, O
 
 double _SampleSizebyHalfCIOneSampSpearman(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double r = d.number();
+    const auto [target, r] = d.numbers<2>();
     const int method = d.integer();
     const double alpha = d.number();
     return target - HalfCIOneSampSpearman(method, N, r, alpha);
@@ -69,10 +67,7 @@ double _SampleSizebyHalfCIOneSampSpearman(double N, std::vector<double> design, 
 
 double _SampleSizebyHalfCIOneSampPartial(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double k = d.number();
-    const double r = d.number();
-    const double alpha = d.number();
+    const auto [target, k, r, alpha] = d.numbers<4>();
     return target - HalfCIOneSampPartial(N, k, r, alpha);
 }
 

@@ -94,9 +94,7 @@ namespace POWER_NAMESPACE {
 
 double PowerbyOneSampPearsonFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double r = d.number();
-    const double r0 = d.number();
+    const auto [target, r, r0] = d.numbers<3>();
     const int sided = d.integer();
     const bool bias = d.flag();
     const double alpha = d.number();
@@ -105,9 +103,7 @@ double PowerbyOneSampPearsonFunc(double N, std::vector<double> design, OrvQueryC
 
 double PowerbyOneSampSpearmanFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double r = d.number();
-    const double r0 = d.number();
+    const auto [target, r, r0] = d.numbers<3>();
     const int method = d.integer();
     const int sided = d.integer();
     const double alpha = d.number();
@@ -116,10 +112,7 @@ double PowerbyOneSampSpearmanFunc(double N, std::vector<double> design, OrvQuery
 
 double PowerbyOneSampPartialFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double k = d.number();
-    const double r = d.number();
-    const double r0 = d.number();
+    const auto [target, k, r, r0] = d.numbers<4>();
     const int sided = d.integer();
     const double alpha = d.number();
     return PowerbyOneSampPartial(sided, N, k, r, r0, alpha) - target;

@@ -98,10 +98,7 @@ double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alp
 double POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom(double n1, std::vector<double> design,
                                                         OrvQueryCancel*) {
     DesignReader d(design);
-    const double half_width = d.number();
-    const double p1 = d.number();
-    const double p2 = d.number();
-    const double r = d.number();
+    const auto [half_width, p1, p2, r] = d.numbers<4>();
     const int method = d.integer();
     const double alpha = d.number();
     const bool continuity_correction = d.flag();

@@ -90,8 +90,7 @@ double HalfCIOneSampBinom(double N, double p, double alpha, int method, bool con
 double POWER_NAMESPACE::_SampleSizebyHalfCIOneSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
     DesignReader d(design);
-    const double half_width = d.number();
-    const double p = d.number();
+    const auto [half_width, p] = d.numbers<2>();
     const int method = d.integer();
     const double alpha = d.number();
     const bool continuity_correction = d.flag();

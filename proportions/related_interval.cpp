@@ -47,9 +47,7 @@ double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, doubl
 double POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
     DesignReader d(design);
-    const double half_width = d.number();
-    const double p1 = d.number();
-    const double p2 = d.number();
+    const auto [half_width, p1, p2] = d.numbers<3>();
     const int method = d.integer();
     const double alpha = d.number();
     const bool continuity_correction = d.flag();

@@ -145,9 +145,7 @@ double PairedTest::exact_power(double N, double p1, double p2, OrvQueryCancel* c
 
 double POWER_NAMESPACE::PRelSampBionmFunc(double N, std::vector<double> design, OrvQueryCancel* cancel) {
     DesignReader d(design);
-    const double target = d.number();
-    const double p1 = d.number();
-    const double p2 = d.number();
+    const auto [target, p1, p2] = d.numbers<3>();
     const int sided = d.integer();
     const int exact = d.integer();
     const double alpha = d.number();

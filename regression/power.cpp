@@ -78,11 +78,7 @@ namespace POWER_NAMESPACE {
 
 double PowerbymlrFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double p = d.number();
-    const double q = d.number();
-    const double R2full = d.number();
-    const double R2red = d.number();
+    const auto [target, p, q, R2full, R2red] = d.numbers<5>();
     const int random = d.integer();
     const bool intercept = d.flag();
     const double alpha = d.number();
@@ -91,10 +87,7 @@ double PowerbymlrFunc(double N, std::vector<double> design, OrvQueryCancel*) {
 
 double PowerbymlrwESFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     DesignReader d(design);
-    const double target = d.number();
-    const double p = d.number();
-    const double q = d.number();
-    const double f2 = d.number();
+    const auto [target, p, q, f2] = d.numbers<4>();
     const int random = d.integer();
     const bool intercept = d.flag();
     const double alpha = d.number();
