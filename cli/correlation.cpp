@@ -33,7 +33,8 @@ struct Design {
 
     double smallest_size() const { return 3 + k; }
     void check_size() const {
-        if (!(n > smallest_size())) refuse("--n", "must be greater than 3 plus the variables partialled out");
+        if (!(n > smallest_size()))
+            refuse("--n", "is needed, and must be greater than 3 plus the variables partialled out, if any");
     }
 };
 
@@ -206,6 +207,8 @@ void add_half_width_size(CLI::App& test) {
     auto d = std::make_shared<Design>();
     auto* command = add_command(test, "halfwidth-size", "Sample size that reaches a half-width", [d] {
         d->n = Test::half_width_size(*d);
+        if (OrvCommon_940::OrvMV::IsMissing(d->n) || Test::half_width(*d) > d->half_width * (1 + 1e-9))
+            throw NoAnswer("no sample size reaches the half-width");
         return Report{{"target_half_width", d->half_width},
                       {"confidence", 1 - d->alpha},
                       {"n", d->n},
@@ -224,9 +227,9 @@ void add_curve(CLI::App& test) {
     auto* command = add_curve_command(test, "curve", "Power against the size or a correlation", [d] {
         if ((d->over == "n" || d->over == "null") && std::isnan(d->r)) refuse("--r", "is needed");
         if (d->over == "n") {
-            if (!(d->from > d->smallest_size() && d->to > d->from && d->to <= d->k + 5000))
+            if (!(d->from >= d->k + 4 && d->to > d->from && d->to <= d->k + 5000))
                 refuse("--from",
-                       "and --to must be whole sizes in order, above 3 and up to 5000, both plus the "
+                       "and --to must be whole sizes in order, from 4 and up to 5000, both plus the "
                        "variables partialled out");
             d->n = d->from;
             return table_of(Test::over_size(*d), "n", "power");

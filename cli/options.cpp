@@ -22,7 +22,7 @@ CLI::Validator range(const std::string& rule, InRange in_range) {
 }  // namespace
 
 const CLI::Validator kBetween0And1 =
-    range("greater than 0 and less than 1", [](double x) { return x > 0 && x < 1; });
+    range("greater than 0 and less than 1", [](double x) { return std::abs(x - 0.5) < 0.5; });
 const CLI::Validator kFrom0To1 = range("at least 0 and at most 1", [](double x) { return x >= 0 && x <= 1; });
 const CLI::Validator kFinite = range("a finite number", [](double x) { return std::isfinite(x); });
 const CLI::Validator kPositive = range("greater than 0", [](double x) { return x > 0 && std::isfinite(x); });

@@ -19,8 +19,8 @@ namespace {
 constexpr double kInvalid = -1;
 constexpr double kTolerance = 1e-9;
 
-bool is_valid(double r, double r0, double alpha) {
-    return is_correlation(r) && is_correlation(r0) && inside_unit_interval(alpha);
+bool is_valid(double N, double r, double r0, double alpha) {
+    return std::isfinite(N) && is_correlation(r) && is_correlation(r0) && inside_unit_interval(alpha);
 }
 
 /// Difference of z under the alternative and under the null. The largest finite double stands for an infinite
@@ -71,12 +71,12 @@ double pearson_power(int sided, bool bias, double N, double r, double r0, double
 // ---- Power -----------------------------------------------------------------------------------------------
 
 double PowerbyOneSampPearson(int sided, bool bias, double N, double r, double r0, double alpha) {
-    if (!(N > 3 && is_valid(r, r0, alpha))) return kInvalid;
+    if (!(N > 3 && is_valid(N, r, r0, alpha))) return kInvalid;
     return pearson_power(sided, bias, N, r, r0, alpha);
 }
 
 double PowerbyOneSampSpearman(int method, int sided, double N, double r, double r0, double alpha) {
-    if (!(N >= 3 && is_valid(r, r0, alpha))) return kInvalid;
+    if (!(N >= 3 && is_valid(N, r, r0, alpha))) return kInvalid;
     if (N == 3 && method != 2) return 1;
     const auto variance = spearman_variance(method, N, r);
     if (!variance) return kInvalid;
@@ -84,7 +84,7 @@ double PowerbyOneSampSpearman(int method, int sided, double N, double r, double 
 }
 
 double PowerbyOneSampPartial(int sided, double N, double k, double r, double r0, double alpha) {
-    if (!(k >= 0 && N > k + 3 && is_valid(r, r0, alpha))) return kInvalid;
+    if (!(k >= 0 && N > k + 3 && is_valid(N, r, r0, alpha))) return kInvalid;
     return pearson_power(sided, true, N - k, r, r0, alpha);
 }
 

@@ -117,7 +117,7 @@ namespace POWER_NAMESPACE {
 
 double _EstCseriesRoutine(double, double e, double q, double dfe, double n, double x2) {
     if (!(e >= 0 && e <= 1)) return std::numeric_limits<double>::quiet_NaN();
-    if (std::isinf(n)) return -std::numeric_limits<double>::infinity();  // any effect shows
+    if (std::isinf(n)) return -std::numeric_limits<double>::infinity();  // the power then counts as 1
     const double a = n / 2, b = q / 2, d = dfe / 2;
     const auto series = log_series(x2, e, a, b, d);
     return std::min(series ? *series : log_mixture(x2, e, a, b, d), 0.0);  // rounding above 0 taken off

@@ -7,7 +7,7 @@
 //   sided    not 0: one-sided test at level alpha; 0: two-sided, alpha / 2 in each tail
 //   bias     Pearson: true corrects the mean and variance of z for small samples, false does not
 //   method   Spearman: the variance of z, see PowerbyOneSampSpearman
-//   N        sample size; may be fractional
+//   N        sample size, finite; may be fractional
 //   k        partial correlation: number of variables partialled out, at least 0
 //   r, r0    the alternative and the null correlation, from -1 to 1
 //   alpha    significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
@@ -15,7 +15,9 @@
 //   cancel   asked by the search before every doubling and halving; may be null
 //
 // Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when it is
-// cancelled or when no N below 2^1023 reaches the target, which includes every search with refused arguments.
+// cancelled or when no N up to about 1e308 reaches the target, which for a target above -1 includes every search
+// with refused arguments. A power or half-width that is NaN (a NaN target) reads as reached: the search
+// answers with its lower end.
 //
 // Sources: R. A. Fisher, On the "probable error" of a coefficient of correlation deduced from a small sample,
 // Metron 1 (1921), 3-32; the small-sample mean and variance of z: H. Hotelling, New light on the correlation
@@ -43,10 +45,12 @@ STATPOWER_API double PowerbyOneSampPearson(int sided, bool bias, double N, doubl
 
 /// Power for Spearman's rank correlation, as for Pearson's without `bias`, but with a variance of z that the
 /// alternative decides and that serves the null too:
-///   method 0: (1 + r^2 / 2) / (N - 3)              D. G. Bonett, T. A. Wright, Psychometrika 65 (2000),
-///   23-28 method 1: 1.06 / (N - 3)                       E. C. Fieller et al., Biometrika 44 (1957), 470-481
-///   method 2: 1 / (N - 2) + |z| / (6 N + 4 sqrt(N))   J. C. Caruso, N. Cliff, Educ. Psychol. Meas. 57 (1997)
-/// In method 2 the largest finite double stands for |z| at r = 1 and -1.
+///   method 0: (1 + r^2 / 2) / (N - 3)
+///   method 1: 1.06 / (N - 3)
+///   method 2: 1 / (N - 2) + |z| / (6 N + 4 sqrt(N))
+/// Sources, in this order: D. G. Bonett and T. A. Wright, Psychometrika 65 (2000), 23-28; E. C. Fieller, H. O.
+/// Hartley and E. S. Pearson, Biometrika 44 (1957), 470-481; J. C. Caruso and N. Cliff, Educ. Psychol. Meas.
+/// 57 (1997), 637-654. In method 2 the largest finite double stands for |z| at r = 1 and -1.
 /// @return the power; -1 unless N >= 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and the method is one of these.
 ///         At N = 3, where only method 2 has a variance, every other method (an unknown one too) gives 1.
 STATPOWER_API double PowerbyOneSampSpearman(int method, int sided, double N, double r, double r0,
@@ -89,7 +93,8 @@ STATPOWER_API double HalfCIOneSampSpearman(int method, double N, double r, doubl
 STATPOWER_API double HalfCIOneSampPartial(double N, double k, double r, double alpha);
 
 /// Smallest whole N whose half-width for Pearson's correlation does not exceed `halfWidth` (not checked),
-/// searched from 4 upwards to within 1e-9 and rounded up. A failed search: the missing value.
+/// searched from 4 upwards to within 1e-9 and rounded up. Half-widths below about 1e-9 are not resolved: the
+/// difference of two nearly equal correlations rounds off. A failed search: the missing value.
 STATPOWER_API double PowerReversebyHalfCIOneSampPearson(bool bias, OrvCommon_940::OrvQueryCancel* cancel,
                                                         double halfWidth, double r, double alpha);
 

@@ -222,4 +222,27 @@ TEST(CorrelationSize, OfPearsonAsksTheCancelObject) {
     EXPECT_GT(never.queries, 3);
 }
 
+TEST(CorrelationPower, IsRefusedAtAnInfiniteSampleSize) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(PowerbyOneSampPearson(1, false, infinity, 0.3, 0.3, 0.05), -1);
+    EXPECT_EQ(PowerbyOneSampSpearman(0, 1, infinity, 0.4, 0.3, 0.05), -1);
+    EXPECT_EQ(PowerbyOneSampPartial(1, infinity, 2, 0.4, 0.3, 0.05), -1);
+}
+
+TEST(CorrelationSize, SearchesTheIntervalOfItsTestToOneBillionth) {
+    using namespace POWER_NAMESPACE;
+    // Powers of 0.9 lie between the lower end plus 300 and the upper end, where another end would change the bisection.
+    EXPECT_EQ(PowerReversebyOneSampPearson(1, true, nullptr, 0.9, 0.155, 0, 0.05),
+              PowerReverse({0.9, 0.155, 0, 1, 1, 0.05}, PowerbyOneSampPearsonFunc, nullptr, 4, 400, 1e-9));
+    for (int method : {0, 1, 2})
+        EXPECT_EQ(PowerReversebyOneSampSpearman(method, 1, 0.9, 0.155, 0, 0.05),
+                  PowerReverse({0.9, 0.155, 0, static_cast<double>(method), 1, 0.05},
+                               PowerbyOneSampSpearmanFunc, nullptr, method == 2 ? 3 : 4, 400, 1e-9));
+    EXPECT_EQ(PowerReversebyOneSampPartial(1, 0.9, 7, 0.155, 0, 0.05),
+              PowerReverse({0.9, 7, 0.155, 0, 1, 0.05}, PowerbyOneSampPartialFunc, nullptr, 10, 407, 1e-9));
+    EXPECT_EQ(PowerReversebyHalfCIOneSampPearson(true, nullptr, 0.105, 0.2, 0.05),
+              std::ceil(PowerReverse({0.105, 0.2, 1, 0.05}, _SampleSizebyHalfCIOneSampPearson, nullptr, 4,
+                                     400, 1e-9)));
+}
+
 }  // namespace

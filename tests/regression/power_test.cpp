@@ -202,7 +202,7 @@ TEST(RegressionSize, IsMissingForATargetThatNoSizeReaches) {
         EXPECT_TRUE(OrvMV::IsMissing(PowerReversebymlr(random, true, 0.8, 5, 5, 0, 0, 0.05)));
         for (double f2 : {1e-300, 1e-8, 0.3, 100.0})
             EXPECT_TRUE(OrvMV::IsMissing(PowerReversebymlrwES(random, true, 1.5, 5, 2, f2, 0.05))) << f2;
-        // 112 + 400 is a power of two: the search ends at an infinite sample.
+        // 112 + 400 is a power of two: doubling it would end at an infinite sample.
         EXPECT_TRUE(OrvMV::IsMissing(PowerReversebymlrwES(random, true, 1.5, 112, 2, 0.3, 0.05)));
     }
 }
@@ -223,6 +223,15 @@ TEST(RegressionSize, IsFoundForVerySmallEffects) {
         const double small = PowerReversebymlrwES(random, true, 0.8, 5, 2, 1e-4, 0.05);
         EXPECT_NEAR(large / small, 1e4, 2);
     }
+}
+
+TEST(RegressionSize, SearchesUpToFourHundredMoreThanThePredictorsFirst) {
+    EXPECT_EQ(PowerReversebymlr(kFixed, true, 0.9, 5, 5, 0.22, 0, 0.05),
+              PowerReverse({0.9, 5, 5, 0.22, 0, kFixed, 1, 0.05}, POWER_NAMESPACE::PowerbymlrFunc, nullptr, 7,
+                           405, 1e-9));
+    EXPECT_EQ(PowerReversebymlrwES(kFixed, false, 0.9, 5, 2, 0.035, 0.05),
+              PowerReverse({0.9, 5, 2, 0.035, kFixed, 0, 0.05}, POWER_NAMESPACE::PowerbymlrwESFunc, nullptr,
+                           6, 405, 1e-9));
 }
 
 }  // namespace
