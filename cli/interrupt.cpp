@@ -1,23 +1,26 @@
 #include "interrupt.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace cli {
 
 namespace {
 
-volatile std::sig_atomic_t requested = 0;
+std::atomic<bool> requested = false;
+static_assert(std::atomic<bool>::is_always_lock_free);  // what a signal handler may touch
 
 extern "C" void note_interrupt(int signal) {
-    requested = 1;
+    requested = true;
     std::signal(signal, SIG_DFL);
 }
 
 }  // namespace
 
 Interrupt::Interrupt() {
-    requested = 0;
+    requested = false;
     previous_ = std::signal(SIGINT, note_interrupt);
+    if (previous_ == SIG_IGN) std::signal(SIGINT, SIG_IGN);  // a job in the background of a script
 }
 
 Interrupt::~Interrupt() {
@@ -25,7 +28,7 @@ Interrupt::~Interrupt() {
 }
 
 bool Interrupt::IsCancelRequested() {
-    return requested != 0;
+    return requested;
 }
 
 }  // namespace cli

@@ -104,7 +104,9 @@ void add_size(CLI::App& parent) {
 void add_half_width(CLI::App& parent) {
     auto i = std::make_shared<Interval>();
     auto* command = add_command(parent, "halfwidth", "Half-width of a confidence interval", [i] {
-        return Report{{"n", i->n}, {"confidence", 1 - i->alpha}, {"half_width", i->half_width(i->n)}};
+        return Report{{"n", i->n},
+                      {"confidence", 1 - i->alpha},
+                      {"half_width", half_width_or_no_answer(i->half_width(i->n))}};
     });
     add_sample_size(*command, i->n, 1, "Number of trials");
     add_interval(*command, *i);
@@ -120,7 +122,7 @@ void add_half_width_size(CLI::App& parent) {
         return Report{{"target_half_width", i->target},
                       {"confidence", 1 - i->alpha},
                       {"n", n},
-                      {"half_width", i->half_width(n)}};
+                      {"half_width", half_width_or_no_answer(i->half_width(n))}};
     });
     command->add_option("--halfwidth", i->target, "Half-width to reach")->required()->check(kPositive);
     add_interval(*command, *i);

@@ -44,8 +44,14 @@ double power_or_no_answer(double power) {
     return power;
 }
 
+double half_width_or_no_answer(double half_width) {
+    if (!std::isfinite(half_width)) throw NoAnswer("the interval of this design does not exist");
+    return half_width;
+}
+
 double whole_sample_size(double N) {
     if (OrvCommon_940::OrvMV::IsMissing(N)) throw NoAnswer("no sample size reaches the target");
+    if (!(N > 0)) throw NoAnswer("the interval of this design does not exist");
     return std::ceil(N);
 }
 

@@ -40,6 +40,9 @@ void add_curve_axis(CLI::App& command, CurveAxis& axis, const std::vector<std::s
 /// The power as it is; throws NoAnswer for one of its failure values.
 double power_or_no_answer(double power);
 
+/// The half-width; throws NoAnswer where it is not a finite number.
+double half_width_or_no_answer(double half_width);
+
 /// The smallest whole sample size that is not below the one found; throws NoAnswer when a search found none.
 double whole_sample_size(double N);
 

@@ -109,7 +109,10 @@ void add_power(CLI::App& parent) {
     auto d = std::make_shared<Design>();
     auto* command = add_command(parent, "power", "Power of a design", [d] {
         check_design(*d);
-        const double power = interruptible([&](auto* cancel) { return d->power(d->n, cancel); });
+        // The library cannot cancel the power of margins, so Ctrl-C must end the program itself.
+        const double power = d->has_margins()
+                                 ? d->power(d->n, nullptr)
+                                 : interruptible([&](auto* cancel) { return d->power(d->n, cancel); });
         return Report{{"test", "paired proportions, " + d->form.name()},
                       {"pairs", d->n},
                       {"alpha", d->form.alpha},
@@ -138,7 +141,9 @@ void add_half_width(CLI::App& parent) {
     auto i = std::make_shared<Interval>();
     auto* command = add_command(parent, "halfwidth", "Half-width of the interval of the difference", [i] {
         check_cells(i->p1, i->p2);
-        return Report{{"pairs", i->n}, {"confidence", 1 - i->alpha}, {"half_width", i->half_width(i->n)}};
+        return Report{{"pairs", i->n},
+                      {"confidence", 1 - i->alpha},
+                      {"half_width", half_width_or_no_answer(i->half_width(i->n))}};
     });
     add_sample_size(*command, i->n, 1, "Number of pairs");
     add_interval(*command, *i);
@@ -155,7 +160,7 @@ void add_half_width_size(CLI::App& parent) {
         return Report{{"target_half_width", i->target},
                       {"confidence", 1 - i->alpha},
                       {"pairs", n},
-                      {"half_width", i->half_width(n)}};
+                      {"half_width", half_width_or_no_answer(i->half_width(n))}};
     });
     command->add_option("--halfwidth", i->target, "Half-width to reach")->required()->check(kPositive);
     add_interval(*command, *i);

@@ -112,7 +112,7 @@ void OptimizeRtbBionm(double* n, std::vector<double> design, Objective objective
     for (;;) {
         if (stop_requested(cancel)) return;
         const double next = PowerReverse_Binom(design, objective, cancel, 1, smallest);
-        if (next >= smallest || next == OrvMV::Missing()) break;
+        if (!(next < smallest) || next == OrvMV::Missing()) break;
         smallest = next;
     }
     *n = smallest;

@@ -350,4 +350,19 @@ TEST(OptimizeRtbBionm, CancelledBetweenTwoRoundsItLeavesTheSizeAsItWas) {
     EXPECT_EQ(f.points.size(), 11u);
 }
 
+TEST(OptimizeRtbBionm, EndsForASampleSizeThatIsNoNumber) {
+    RecordedObjective f([](double) { return 0; });
+    double n = std::numeric_limits<double>::quiet_NaN();
+    OptimizeRtbBionm(&n, {0.8}, RecordedObjective::call, nullptr);
+    EXPECT_TRUE(std::isnan(n));
+    EXPECT_EQ(f.points.size(), 1u);
+}
+
+TEST(PowerReverseBinom, TheWalkEndsWhereTheObjectiveIsExactlyZero) {
+    // The only probe of the bisection is the base itself, so the walk is the first to see 37.
+    RecordedObjective f([](double n) { return n == 37 ? 0 : n == 37.5 || n > 40 ? 1 : -1; });
+    EXPECT_EQ(PowerReverse_Binom({0.8}, RecordedObjective::call, nullptr, 36, 37.5), 37);
+    EXPECT_THAT(f.points, ElementsAre(37.5, 36, 36, 37));
+}
+
 }  // namespace

@@ -112,7 +112,8 @@ TEST(PairedCurves, AProportionOutsideItsRangeIsTheEmptyResult) {
 }
 
 TEST(PairedCurves, AStepThatGivesNoPointsIsTheEmptyResult) {
-    for (double step : {0.0, -0.1, -kSmallest, kSmallest, 1e-300, kNaN}) {
+    for (double step : {0.0, -0.1, -2.0, -1e9, -kSmallest, kSmallest, 1e-300, kNaN,
+                        std::numeric_limits<double>::infinity()}) {
         const Call c = with([=](Call& e) { e.step = step; });
         EXPECT_TRUE(Curve(c.differences()).empty()) << step;
         EXPECT_TRUE(Curve(c.ratios()).empty()) << step;
