@@ -34,7 +34,7 @@ template <class Search>
 auto interruptible(Search search) {
     Interrupt interrupt;
     const ElapsedTime elapsed_time;
-    const auto answer = search(&interrupt);
+    auto answer = search(&interrupt);
     if (interrupt.IsCancelRequested()) throw Interrupted();
     return answer;
 }

@@ -98,7 +98,7 @@ double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alph
 double POWER_NAMESPACE::IndSampBinomFunc(double N, std::vector<double> design, OrvQueryCancel* cancel) {
     Search search = Search::from(design);
     if (search.method == kExact && search.test == kChiSquareSearch) search.test = kChiSquare;
-    return search.power_at(N, std::max(1.0, search.r * N), cancel) - search.power;
+    return search.power_at(N, std::max(search.r * N, 1.0), cancel) - search.power;
 }
 
 void POWER_NAMESPACE::PowerReverseU4Binom(std::vector<double>& result, std::vector<double> design,
@@ -120,14 +120,16 @@ void POWER_NAMESPACE::PowerReverseU4Binom(std::vector<double>& result, std::vect
 
     double n1 = *std::ranges::min_element(candidates);
     for (;; ++n1) {
-        const double n2 = std::max(1.0, std::trunc(search.r * n1 + 0.5));
+        const double n2 = std::max(std::trunc(search.r * n1 + 0.5), 1.0);
         const double power = search.power_at(n1, n2, cancel);
         if (!(power < search.power)) {
             result1 = n1;
             result2 = n2;
             return;
         }
-        if (power < 0 || stop_requested(cancel)) return;
+        // Sizes too small for the t test have no power yet; any other refusal, or a failure, is final.
+        const bool too_small = n1 >= 0 && n1 + n2 <= 2;
+        if ((power < 0 && !too_small) || stop_requested(cancel)) return;
     }
 }
 
@@ -149,6 +151,6 @@ void PowerReverseIndSampBinom(double power, double p1, double p2, double r, doub
     // The exception multiplies by N twice; answers of this kind are relied upon.
     const bool squared = test == kChiSquare && sides != 0 && continuityCorrection && pooled;
     result.push_back(std::ceil(N));
-    result.push_back(std::max(1.0, std::ceil(squared ? N * N * r : r * N)));
+    result.push_back(std::max(std::ceil(squared ? N * N * r : r * N), 1.0));
     if (method == kExact) PowerReverseU4Binom(result, design, cancel);
 }

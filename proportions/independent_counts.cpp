@@ -23,7 +23,7 @@ Group::Group(double n, double p) : trials_(to_int(n)) {
 
 Tails::Tails(const Group& group) : first_(group.probability().first()) {
     const CountFunction& probability = group.probability();
-    const auto counts = static_cast<std::size_t>(probability.last() - first_ + 1);
+    const auto counts = static_cast<std::size_t>(probability.last() - first_) + 1;
     below_.resize(counts + 1);
     from_.resize(counts + 1);
     for (std::size_t i = 0; i < counts; ++i)

@@ -22,9 +22,12 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// Terms that are smaller by this factor do not change a sum, nor do all of them together.
 constexpr double kNegligibleShare = 1e-25;
 
-/// The count after u; beyond all counts where adding one does not move a double.
+/// The count after u, and the one before; beyond all counts where one more does not move a double.
 double next_count(double u) {
     return u + 1 > u ? u + 1 : kInfinity;
+}
+double previous_count(double u) {
+    return u - 1 < u ? u - 1 : -kInfinity;
 }
 
 /// The sum of probability(u) for u = first..last, the missing value as soon as the cancel object or a
@@ -295,20 +298,21 @@ double _quantileDescending(double n1, double n2, int t, double lo, double hi, do
                            OrvQueryCancel* cancel) {
     if (!has_quantile(n1, n2, t, a)) return -1;
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
-    for (double k = hi; k >= lo; --k) {
+    double k = hi;
+    for (; k >= lo; k = previous_count(k)) {
         const double S = sum_of(k, hi, P, cancel);
         const double next = OrvMV::IsMissing(S) ? S : P(k - 1);
         if (OrvMV::IsMissing(next)) return next;
         if (S <= a && S + next > a) return k;
     }
-    return lo - 1;
+    return k;
 }
 
 double _quantileAscending(double n1, double n2, int t, double lo, double hi, double psi, double a,
                           OrvQueryCancel* cancel) {
     if (!has_quantile(n1, n2, t, a)) return -1;
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
-    for (double k = lo; k <= hi; ++k) {
+    for (double k = lo; k <= hi; k = next_count(k)) {
         const double S = sum_of(lo, k, P, cancel);
         const double next = OrvMV::IsMissing(S) ? S : P(k + 1);
         if (OrvMV::IsMissing(next)) return next;

@@ -14,8 +14,8 @@ namespace POWER_NAMESPACE {
 /// same for u = lo, lo + 1, ..., hi, the possible x1.
 /// @param cancel  asked before every term of the sum
 /// @return 0 for x below 0 or above t; -1 unless n1 and n2 are at least 1 - tol1 and t >= 0; the missing
-/// value
-///         when cancelled. Coefficients and powers beyond the range of a double are not scaled: NaN or 0.
+///         value when cancelled. Coefficients and powers beyond the range of a double are not scaled: NaN or
+///         0.
 STATPOWER_API double _CondDisProb(double n1, double n2, double x, double t, double psi, double lo, double hi,
                                   OrvCommon_940::OrvQueryCancel* cancel);
 

@@ -117,5 +117,5 @@ void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, do
     if (OrvMV::IsMissing(n1))
         result.assign(2, OrvMV::Missing());
     else
-        result.assign({std::ceil(n1), std::max(2.0, std::ceil(r * n1))});
+        result.assign({std::ceil(n1), std::max(std::ceil(r * n1), 2.0)});
 }

@@ -47,8 +47,7 @@ STATPOWER_API double _BinEnumLRTTestStatsL(double n1, double n2, double x1, doub
 /// Exact powers. The cancel object is asked once a table; by the t and likelihood-ratio tests once more for
 /// every table that rejects.
 /// @return -1 for an argument out of its range (t test: also unless n1 + n2 > 2), -2 when the probability of
-/// a
-///         table that rejects cannot be computed, the missing value when cancelled
+///         a table that rejects cannot be computed, the missing value when cancelled
 STATPOWER_API double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, int sides,
                                                  double alpha, bool continuityCorrection,
                                                  OrvCommon_940::OrvQueryCancel* cancel);

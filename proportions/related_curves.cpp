@@ -12,7 +12,8 @@ using namespace statpower;
 
 namespace {
 
-/// From `low` in steps of `fraction` of the width to the first point that reaches `high`, which may lie below.
+/// From `low` in steps of `fraction` of the width to the first point that reaches `high`, which may lie
+/// below.
 Axis stepped_range(double low, double high, double fraction) {
     if (!is_step(fraction)) return {};
     const double width = high - low;

@@ -126,8 +126,8 @@ double PairedTest::exact_power(double N, double p1, double p2, OrvQueryCancel* c
         if (stop_requested(cancel)) return OrvMV::Missing();
         long status = 0;
         const double weight = OrvDistFun::PdfBin(m, N, psi, status);
-        // Less than half a unit in the last place of the sum: adding the term would not change it. What is not
-        // computed cannot fail either.
+        // Less than half a unit in the last place of the sum: adding the term would not change it. What is
+        // not computed cannot fail either.
         if (status == 0 && weight <= power * 0x1p-55) continue;
         const Region& region = this->region(rejected, m);
         failed = failed || region.failed;

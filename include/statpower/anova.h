@@ -172,7 +172,8 @@ STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficien
 /// 1 and N - k degrees of freedom. One-sided: P(T > t_alpha) with N - k degrees of freedom and noncentrality
 /// sqrt(lambda), so always in the direction of the contrast.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC, but not when an argument is refused. An effect
-///                              that EffectSizeSC reports as missing is used as it comes, a huge number, so that the power is 1.
+///                              that EffectSizeSC reports as missing is used as it comes, a huge number, so
+///                              that the power is 1.
 /// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k
 STATPOWER_API double PowerSC(int k, const double* means, const double* sizes, double* coefficients,
                              int directional, double sigma, double alpha);
@@ -184,9 +185,9 @@ STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coeffi
 
 // ---- Contrasts: which sample size reaches a power? -------------------------------------------------------
 
-/// Allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest. Coefficients
-/// that do not sum to zero are repaired as in EffectSizeSC, but in a copy; where that fails every power counts
-/// as 1, and the smallest allocation is the answer.
+/// Allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest.
+/// Coefficients that do not sum to zero are repaired as in EffectSizeSC, but in a copy; where that fails
+/// every power counts as 1, and the smallest allocation is the answer.
 /// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
 STATPOWER_API double PowerReverseSC(int k, const double* means, const double* sizes,
                                     const double* coefficients, std::vector<double>* groupSizes,

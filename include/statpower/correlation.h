@@ -15,9 +15,9 @@
 //   cancel   asked by the search before every doubling and halving; may be null
 //
 // Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when it is
-// cancelled or when no N up to about 1e308 reaches the target, which for a target above -1 includes every search
-// with refused arguments. A power or half-width that is NaN (a NaN target) reads as reached: the search
-// answers with its lower end.
+// cancelled or when no N up to about 1e308 reaches the target, which for a target above -1 includes every
+// search with refused arguments. A power or half-width that is NaN (a NaN target) reads as reached: the
+// search answers with its lower end.
 //
 // Sources: R. A. Fisher, On the "probable error" of a coefficient of correlation deduced from a small sample,
 // Metron 1 (1921), 3-32; the small-sample mean and variance of z: H. Hotelling, New light on the correlation
@@ -48,9 +48,9 @@ STATPOWER_API double PowerbyOneSampPearson(int sided, bool bias, double N, doubl
 ///   method 0: (1 + r^2 / 2) / (N - 3)
 ///   method 1: 1.06 / (N - 3)
 ///   method 2: 1 / (N - 2) + |z| / (6 N + 4 sqrt(N))
-/// Sources, in this order: D. G. Bonett and T. A. Wright, Psychometrika 65 (2000), 23-28; E. C. Fieller, H. O.
-/// Hartley and E. S. Pearson, Biometrika 44 (1957), 470-481; J. C. Caruso and N. Cliff, Educ. Psychol. Meas.
-/// 57 (1997), 637-654. In method 2 the largest finite double stands for |z| at r = 1 and -1.
+/// Sources, in this order: D. G. Bonett and T. A. Wright, Psychometrika 65 (2000), 23-28; E. C. Fieller, H.
+/// O. Hartley and E. S. Pearson, Biometrika 44 (1957), 470-481; J. C. Caruso and N. Cliff, Educ. Psychol.
+/// Meas. 57 (1997), 637-654. In method 2 the largest finite double stands for |z| at r = 1 and -1.
 /// @return the power; -1 unless N >= 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and the method is one of these.
 ///         At N = 3, where only method 2 has a variance, every other method (an unknown one too) gives 1.
 STATPOWER_API double PowerbyOneSampSpearman(int method, int sided, double N, double r, double r0,

@@ -7,8 +7,7 @@
 //   method     0: normal approximation; any other value: exact, the probability of all outcomes that reject.
 //              Sample-size searches refine their answer for method 1 only
 //   test       0: chi-square (z) test; 1: t test of the 0/1 outcomes; 2: likelihood-ratio test; any other
-//   value
-//              (3 is the usual one): Fisher's test, by normal approximation in the form of the arcsine
+//              value (3 is the usual one): Fisher's test, by normal approximation in the form of the arcsine
 //              transformation with continuity correction
 //   sides      0: two-sided; any other value: one-sided in the direction of the true difference
 //   continuityCorrection  of the chi-square test; the other tests do not use it
@@ -45,7 +44,7 @@ extern "C" {
 /// Power of the test of p1 = p2 that `method` and `test` name.
 /// @return the power. -1 unless all arguments are in their ranges, for the t test unless n1 + n2 > 2, for the
 ///         normal approximation of Fisher's test where the correction by half an observation would move a
-///         proportion out of [0, 1] (n p or n (1 - p) of the group that is moved outwards below 1/2), and for
+///         proportion out of [0, 1] (n p of the larger or n (1 - p) of the smaller one below 1/2), and for
 ///         exact tests where n1 + n2 is not below the largest int. -2 when a binomial probability of a
 ///         rejecting outcome cannot be computed. The missing value when cancelled.
 STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method,
@@ -58,15 +57,15 @@ STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p
 ///
 /// n1 is searched by PowerReverse to within 1e-9, from 2 upwards, for test 3 from where its normal
 /// approximation becomes usable, and rounded up; n2 is the ceiling of r times the unrounded size, but at
-/// least
-/// 1. (In the one-sided chi-square test with both continuity correction and pooled variance n2 is the ceiling
-/// of r times the square of the unrounded size.) For method 1 the search is repeated below the last answer
-/// until it finds nothing new, and then n1 is raised from the smallest answer until the exact power reaches
-/// the target, with n2 = r n1 rounded half up, but at least 1.
+/// least 1. (In the one-sided chi-square test with both continuity correction and pooled variance n2 is the
+/// ceiling of r times the square of the unrounded size.) For method 1 the search is repeated below the last
+/// answer until it finds nothing new (for test 3 with the exact chi-square test), and then n1 is raised from
+/// the smallest answer until the exact power reaches the target by the test asked for, with n2 = r n1 rounded
+/// half up, but at least 1. The target is not checked. Without a cancel object the search for a power that
+/// Fisher's exact test cannot reach practically never ends.
 /// @param[out] result  n1 and n2 are appended to the empty vector, the missing value twice when the search
-/// fails
-///                     or is cancelled; a vector that is not empty is left as it is. Cancelled during the
-///                     refinement of method 1, the sizes found before it remain.
+///                     fails or is cancelled; a vector that is not empty is left as it is. Cancelled during
+///                     the refinement of method 1, the sizes found before it remain.
 STATPOWER_API void PowerReverseIndSampBinom(double power, double p1, double p2, double r, double alpha,
                                             std::vector<double>& result, int method, int test, int sides,
                                             bool continuityCorrection, bool pooled,
@@ -87,8 +86,7 @@ STATPOWER_API double HalfCIIndSampBinom(double n1, double n2, double p1, double 
 /// Group sizes whose confidence interval has the half-width `halfWidth`, at the allocation ratio r: in closed
 /// form for method 0, by PowerReverse from 2 upwards to within 1e-9 for the others. No argument is checked.
 /// @param[out] result  emptied, then the ceiling of n1 and the ceiling of r times the unrounded n1, but at
-/// least
-///                     2; the missing value twice when the search fails or is cancelled
+///                     least 2; the missing value twice when the search fails or is cancelled
 /// @param method  as in HalfCIIndSampBinom; any other method gives the upper end of the first interval, 400
 STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, double r,
                                                     double alpha, std::vector<double>& result, int method,
@@ -100,8 +98,8 @@ STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1,
 // Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point. `step` is at most
 // 0.5.
 
-/// Power over both proportions: x = p1 and y = p2 run over step, 2 step, ..., the whole part of 1 / step, minus
-/// 1, points each. p1 and p2 are checked though the grid replaces them.
+/// Power over both proportions: x = p1 and y = p2 run over step, 2 step, ..., the whole part of 1 / step,
+/// minus 1, points each. p1 and p2 are checked though the grid replaces them.
 /// @return the empty result unless all arguments are in their ranges
 STATPOWER_API XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                            bool pooled, double n1, double n2, double p1, double p2,

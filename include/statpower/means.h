@@ -24,9 +24,9 @@
 // clipped to 1: for an alpha that is NaN or outside [0, 2], where it is let through, the critical value is
 // missing, the most negative of numbers, both tails are whole and the power is 2.
 //
-// Sample-size searches look for the smallest real N from 2 upwards, to within 1e-9, by PowerReverse on [2, 400]
-// (whose hit at the upper end comes first: a power of exactly 1 at 400 answers a target of 1). They cannot be
-// cancelled. A target that no N up to about 1e308 reaches gives the missing value.
+// Sample-size searches look for the smallest real N from 2 upwards, to within 1e-9, by PowerReverse on [2,
+// 400] (whose hit at the upper end comes first: a power of exactly 1 at 400 answers a target of 1). They
+// cannot be cancelled. A target that no N up to about 1e308 reaches gives the missing value.
 //
 // Sources: J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 2, with
 // the noncentral t distribution evaluated exactly; B. L. Welch, Biometrika 34 (1947) 28-35, and F. E.
@@ -183,8 +183,8 @@ STATPOWER_API double PowerIndependentDirectionalES(double N1, double N2, double 
 
 // The searches write [size of group 1, size of group 2] behind what the vector `sizes` holds: with R the size
 // of group 1 that is found, the ceiling of R and the ceiling of ratio R, but at least 2; the missing value
-// twice when the search fails. Arguments are not checked: where a power is missing, as with one observation or
-// less in a group, the sample counts as too small.
+// twice when the search fails. Arguments are not checked: where a power is missing, as with one observation
+// or less in a group, the sample counts as too small.
 
 /// Group sizes that reach a two-sided power for means and standard deviations.
 /// @param[in,out] sizes  left as it is, and nothing is searched, unless it is empty
@@ -208,9 +208,10 @@ STATPOWER_API void PowerReverseIndependentDirectional(double power, double ratio
 STATPOWER_API void PowerReverseIndependentDirectionalES(double power, double ratio, double es, double alpha,
                                                         std::vector<double>& sizes);
 
-/// Group sizes whose interval of the mean difference is no wider than the target at R and ratio R; a small group
-/// 2 that is then raised to 2 observations can make it wider again. For different standard deviations the search compares squares in the units of the data, and 1e-14 counts as equal: half-widths
-/// below about 1e-6 want a smaller unit.
+/// Group sizes whose interval of the mean difference is no wider than the target at R and ratio R; a small
+/// group 2 that is then raised to 2 observations can make it wider again. For different standard deviations
+/// the search compares squares in the units of the data, and 1e-14 counts as equal: half-widths below about
+/// 1e-6 want a smaller unit.
 /// @param[in,out] sizes  need not be empty
 STATPOWER_API void PowerReversebyHalfCIIndependentMeans(double halfWidth, double ratio, double sd1,
                                                         double sd2, double alpha, std::vector<double>& sizes);

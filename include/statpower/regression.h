@@ -7,7 +7,7 @@
 // Arguments that recur
 //   random     not 0: random predictors; 0: fixed predictors
 //   intercept  true when the model has an intercept, which costs one error degree of freedom
-//   N          sample size; may be fractional. With random predictors the power at an infinite one counts as 1
+//   N          sample size; may be fractional. With random predictors the power at an infinite one is 1
 //   p, q       number of predictors in all and number tested, 1 <= q <= p
 //   R2full, R2red   squared multiple correlations of the full model and of the model without the q
 //              predictors, both between 0 and 1, both excluded. R2red = 0 says that there is no reduced
@@ -20,8 +20,8 @@
 //   power      target power, not checked
 //
 // Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when no N up
-// to about 1e308 reaches the target, which for a target above -1 includes every search with refused arguments.
-// A power or a target that is NaN reads as reached: the search answers with its lower end.
+// to about 1e308 reaches the target, which for a target above -1 includes every search with refused
+// arguments. A power or a target that is NaN reads as reached: the search answers with its lower end.
 //
 // Sources: J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 9;
 // random predictors: R. A. Fisher, The general sampling distribution of the multiple correlation coefficient,

@@ -19,8 +19,8 @@
 // library fails in the exact test, the missing value when it is cancelled.
 //
 // The time of an exact power is proportional to N, some binomial calls for each number of discordant pairs
-// that has any weight (one without weight is not computed, and cannot fail): a search for a target that cannot
-// be reached (p1 = p2, say) needs a cancel object that ends it.
+// that has any weight (one without weight is not computed, and cannot fail): a search for a target that
+// cannot be reached (p1 = p2, say) needs a cancel object that ends it.
 //
 // Sources: R. S. Connor, Biometrics 43 (1987) 207-211 (normal approximation); O. S. Miettinen, Biometrics 24
 // (1968) 339-352 and S. W. Duffy, Biometrics 40 (1984) 1005-1015 (exact test); A. Agresti and Y. Min,

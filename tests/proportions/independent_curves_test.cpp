@@ -97,6 +97,12 @@ TEST(TwoProportionsByRiskDifference, TheCountIsRoundedAndTheAxisShifted) {
     EXPECT_EQ(c.y()[1], power(12, 9, 0.4, 0.4 - c.x()[1]));
 }
 
+TEST(TwoProportionsByRiskDifference, TheCountIsRoundedUnlikeThatOfTheOtherGrids) {
+    // 1 / 0.4 = 2.5: rounded 3, truncated 2.
+    EXPECT_EQ(Curve(PlotRiskDiffIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.4)).x().size(), 2U);
+    EXPECT_EQ(Surface(PlotPropIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.5, 0.05, 0.4)).x().size(), 1U);
+}
+
 TEST(TwoProportionsByRiskDifference, EveryArgumentIsChecked) {
     const auto is_empty = [](double n1, double n2, double p1, double alpha, double step) {
         return Curve(PlotRiskDiffIndSampBinom(0, 0, 0, false, false, n1, n2, p1, alpha, step)).empty();

@@ -286,6 +286,11 @@ TEST(TwoProportionsSize, TheSecondGroupIsTheCeilingOfTheRatioTimesTheUnroundedSi
     const Question q{.p1 = 0.1, .p2 = 0.9, .method = 0, .r = 0.5};
     const double N = PowerReverse(q.design(), IndSampBinomFunc, nullptr, 2, 400, 1e-9);
     EXPECT_THAT(q.sizes(), ElementsAre(std::ceil(N), std::ceil(0.5 * N)));
+    // At a ratio of 9.5 the rounded size would give another one.
+    const Question large{.p1 = 0.3, .p2 = 0.45, .method = 0, .r = 9.5};
+    const double M = PowerReverse(large.design(), IndSampBinomFunc, nullptr, 2, 400, 1e-9);
+    EXPECT_NE(std::ceil(9.5 * M), std::ceil(9.5 * std::ceil(M)));
+    EXPECT_THAT(large.sizes(), ElementsAre(std::ceil(M), std::ceil(9.5 * M)));
     const Question tiny{.p1 = 0.001, .p2 = 0.999, .method = 0, .r = 0.01};
     EXPECT_EQ(tiny.sizes()[1], 1);
 }
@@ -422,6 +427,20 @@ TEST(TwoProportionsRefinement, CancelledItLeavesTheSizesAlone) {
         PowerReverseU4Binom(result, Question{.test = 3, .target = 0.9}.design(), &cancel);
         EXPECT_THAT(result, ElementsAre(100, 100));
     }
+}
+
+TEST(TwoProportionsRefinement, ASizeTooSmallForTheTTestIsRaised) {
+    std::vector<double> sizes = {1, 1};
+    const Question q{.p1 = 0.1, .p2 = 0.9, .method = 1, .test = 1, .r = 1};
+    PowerReverseU4Binom(sizes, q.design(), nullptr);
+    EXPECT_GT(sizes[0], 1);
+    EXPECT_GE(q.power(sizes[0], sizes[1]), 0.8);
+}
+
+TEST(TwoProportionsSize, ANaNRatioHasNoAnswer) {
+    const Question q{.p1 = 0.1, .p2 = 0.9, .method = 0, .r = std::numeric_limits<double>::quiet_NaN()};
+    const auto sizes = q.sizes();
+    EXPECT_TRUE(OrvCommon_940::OrvMV::IsMissing(sizes[0]));
 }
 
 }  // namespace
