@@ -10,6 +10,7 @@
 #include "interrupt.h"
 #include "options.h"
 #include "orvcommon/mv.h"
+#include "proportions.h"
 
 namespace cli {
 
@@ -170,7 +171,7 @@ void add_half_width(CLI::App& prop_two) {
         return Report{{"interval", name_of(kIntervals, d->interval)},
                       {"confidence", 1 - d->alpha},
                       {"group_sizes", d->sizes},
-                      {"half_width", d->half_width_at(d->sizes)}};
+                      {"half_width", half_width_or_no_answer(d->half_width_at(d->sizes))}};
     });
     add_sizes(*command, *d)->required();
     add_proportions(*command, *d);
@@ -192,7 +193,7 @@ void add_half_width_size(CLI::App& prop_two) {
                       {"confidence", 1 - d->alpha},
                       {"target_half_width", d->half_width},
                       {"group_sizes", sizes},
-                      {"half_width", d->half_width_at(sizes)}};
+                      {"half_width", half_width_or_no_answer(d->half_width_at(sizes))}};
     });
     add_proportions(*command, *d);
     add_ratio(*command, *d);
@@ -252,7 +253,7 @@ void add_curve(CLI::App& prop_two) {
     command->add_option("--p2", d->p2, "Success probability of group 2 (allocation, sizes)")
         ->check(kBetween0And1)
         ->capture_default_str();
-    command->add_option("--total", d->total, "Size of both groups together (allocation)");
+    command->add_option("--total", d->total, "Size of both groups together (allocation)")->check(kFinite);
     command->add_option("--from", d->from, "First ratio, 0 leaves it to the program");
     command->add_option("--to", d->to, "Last ratio, at most 10 (allocation: 0 leaves it to the program)");
     command->add_option("--step", d->step, "Step, of a ratio as a fraction of its range")

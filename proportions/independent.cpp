@@ -11,6 +11,7 @@
 #include "proportions/independent_fisher.h"
 #include "proportions/independent_normal.h"
 #include "proportions/independent_unconditional.h"
+#include "proportions/result_codes.h"
 #include "statpower/independent_binomial.h"
 
 using namespace statpower;
@@ -75,7 +76,7 @@ struct Search {
 
 double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method, int test,
                          int sides, bool continuityCorrection, bool pooled, OrvQueryCancel* cancel) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
     const bool normal = method == kNormal;
     switch (test) {
         case kChiSquare:

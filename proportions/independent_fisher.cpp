@@ -9,6 +9,7 @@
 #include "orvcommon/mv.h"
 #include "proportions/independent_counts.h"
 #include "proportions/independent_design.h"
+#include "proportions/result_codes.h"
 
 using namespace statpower;
 using OrvCommon_940::OrvMV;
@@ -272,7 +273,7 @@ namespace POWER_NAMESPACE {
 
 double _CondDisProb(double n1, double n2, double x, double t, double psi, double lo, double hi,
                     OrvQueryCancel* cancel) {
-    if (!(is_group_size(n1) && is_group_size(n2) && t >= 0)) return -1;
+    if (!(is_group_size(n1) && is_group_size(n2) && t >= 0)) return kInvalid;
     if (x < 0 || x > t) return 0;
     const auto weight = [=](double u) {
         return Combination(n1, u) * Combination(n2, t - u) * std::pow(psi, u);
@@ -283,7 +284,7 @@ double _CondDisProb(double n1, double n2, double x, double t, double psi, double
 
 double _ProbTotalSucc(double n1, double n2, double p1, double p2, int t, double lo, double hi,
                       OrvQueryCancel* cancel) {
-    if (!are_two_samples(n1, n2, p1, p2)) return -1;
+    if (!are_two_samples(n1, n2, p1, p2)) return kInvalid;
     long status1 = 0;
     long status2 = 0;
     const auto term = [&](double x) {
@@ -296,7 +297,7 @@ double _ProbTotalSucc(double n1, double n2, double p1, double p2, int t, double 
 
 double _quantileDescending(double n1, double n2, int t, double lo, double hi, double psi, double a,
                            OrvQueryCancel* cancel) {
-    if (!has_quantile(n1, n2, t, a)) return -1;
+    if (!has_quantile(n1, n2, t, a)) return kInvalid;
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
     double k = hi;
     for (; k >= lo; k = previous_count(k)) {
@@ -310,7 +311,7 @@ double _quantileDescending(double n1, double n2, int t, double lo, double hi, do
 
 double _quantileAscending(double n1, double n2, int t, double lo, double hi, double psi, double a,
                           OrvQueryCancel* cancel) {
-    if (!has_quantile(n1, n2, t, a)) return -1;
+    if (!has_quantile(n1, n2, t, a)) return kInvalid;
     const auto P = [=](double u) { return _CondDisProb(n1, n2, u, t, psi, lo, hi, cancel); };
     for (double k = lo; k <= hi; k = next_count(k)) {
         const double S = sum_of(lo, k, P, cancel);
@@ -323,7 +324,8 @@ double _quantileAscending(double n1, double n2, int t, double lo, double hi, dou
 
 double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, int sides, double alpha,
                                     OrvQueryCancel* cancel) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && are_countable(n1, n2))) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && are_countable(n1, n2)))
+        return kInvalid;
     const double psi = (p1 / (1 - p1)) / (p2 / (1 - p2));
     const double level = sides == 0 ? alpha / 2 : alpha;
     const bool rejects_high = sides == 0 || p1 > p2;

@@ -4,23 +4,18 @@
 
 #include "core/design.h"
 #include "core/sums.h"
-#include "orvcommon/dist_fun.h"
 #include "orvcommon/mv.h"
 #include "proportions/independent.h"
+#include "proportions/interval.h"
 #include "statpower/independent_binomial.h"
 
 using namespace statpower;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
-using OrvMath_940::OrvDistFun;
 
 namespace {
 
 enum Interval { kWald, kAgrestiCaffo, kAgrestiCaffoPlus, kHalfAdded, kUnbiased, kHybridScore };
-
-double z_quantile(double alpha) {
-    return OrvDistFun::IdfStdNorm(1 - alpha / 2);
-}
 
 double variance(double p) {
     return p * (1 - p);

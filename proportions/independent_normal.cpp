@@ -6,6 +6,7 @@
 #include "core/test_power.h"
 #include "orvcommon/dist_fun.h"
 #include "proportions/independent_design.h"
+#include "proportions/result_codes.h"
 
 using namespace statpower;
 using OrvMath_940::OrvDistFun;
@@ -47,7 +48,7 @@ namespace POWER_NAMESPACE {
 
 double _PowerIndSamBinNormalApproxChisq(double n1, double n2, double p1, double p2, int sides, double alpha,
                                         bool continuityCorrection, bool pooled) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
     const double d = p1 - p2;
     const double S1 = std::sqrt(p2 * (1 - p2) / n2 + p1 * (1 - p1) / n1);
     const double pbar = (n2 * p2 + n1 * p1) / (n1 + n2);
@@ -62,7 +63,7 @@ double _PowerIndSamBinNormalApproxChisq(double n1, double n2, double p1, double 
 
 double _PowerIndSamBinNormalApproxT(double n1, double n2, double p1, double p2, int sides, double alpha,
                                     bool pooled) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && n1 + n2 > 2)) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && n1 + n2 > 2)) return kInvalid;
     const double v1 = p1 * (1 - p1);
     const double v2 = p2 * (1 - p2);
     const double V = pooled ? n2 * v2 + n1 * v1 : n1 * v2 + n2 * v1;
@@ -74,7 +75,7 @@ double _PowerIndSamBinNormalApproxT(double n1, double n2, double p1, double p2, 
 }
 
 double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2, int sides, double alpha) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
     const double pbar = (n1 * p1 + n2 * p2) / (n1 + n2);
     const double G = n1 * p1 * std::log(p1 / pbar) + n1 * (1 - p1) * std::log((1 - p1) / (1 - pbar)) +
                      n2 * p2 * std::log(p2 / pbar) + n2 * (1 - p2) * std::log((1 - p2) / (1 - pbar));
@@ -86,8 +87,8 @@ double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2
 
 double _PowerIndSamBinNormalApproxFisher(double n1, double n2, double p1, double p2, int sides,
                                          double alpha) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return -1;
-    if (!arcsine_applies(n1, n2, p1, p2)) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
+    if (!arcsine_applies(n1, n2, p1, p2)) return kInvalid;
     const double h = arcsine_distance(n1, n2, p1, p2);
     const double z = z_quantile(1 - (sides == 0 ? alpha / 2 : alpha));
     if (sides == 0) return Phi(h - z) + 1 - Phi(h + z);

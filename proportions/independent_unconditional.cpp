@@ -10,6 +10,7 @@
 #include "orvcommon/mv.h"
 #include "proportions/independent_counts.h"
 #include "proportions/independent_design.h"
+#include "proportions/result_codes.h"
 
 using namespace statpower;
 using OrvCommon_940::OrvMV;
@@ -134,7 +135,7 @@ namespace POWER_NAMESPACE {
 
 std::pair<double, double> _BinEnumChisqTestStatsZ(double n1, double n2, double p1, double p2, int x1, int x2,
                                                   int sides, bool continuityCorrection) {
-    if (!(are_two_samples(n1, n2, p1, p2) && is_table(n1, n2, x1, x2))) return {-1, -1};
+    if (!(are_two_samples(n1, n2, p1, p2) && is_table(n1, n2, x1, x2))) return {kInvalid, kInvalid};
     const Proportions phat = observed_proportions(n1, n2, x1, x2);
     const double pbar = (n2 * phat.second + n1 * phat.first) / (n1 + n2);
     const double S = std::sqrt(pbar * (1 - pbar) * (1 / n1 + 1 / n2));
@@ -146,7 +147,7 @@ std::pair<double, double> _BinEnumChisqTestStatsZ(double n1, double n2, double p
 
 double _BinEnumTTestStatsT(double n1, double n2, double p1, double p2, int x1, int x2, int sides,
                            bool pooled) {
-    if (!(are_two_samples(n1, n2, p1, p2) && n1 + n2 > 2 && is_table(n1, n2, x1, x2))) return -1;
+    if (!(are_two_samples(n1, n2, p1, p2) && n1 + n2 > 2 && is_table(n1, n2, x1, x2))) return kInvalid;
     const Proportions phat = observed_proportions(n1, n2, x1, x2);
     const double v1 = phat.first * (1 - phat.first);
     const double v2 = phat.second * (1 - phat.second);
@@ -161,14 +162,14 @@ double _logLRT(double x) {
 }
 
 double _BinEnumLRTTestStatsL(double n1, double n2, double x1, double x2) {
-    if (!(is_group_size(n1) && is_group_size(n2) && is_table(n1, n2, x1, x2))) return -1;
+    if (!(is_group_size(n1) && is_group_size(n2) && is_table(n1, n2, x1, x2))) return kInvalid;
     return 2 * (_logLRT(x1) + _logLRT(n1 - x1) + _logLRT(x2) + _logLRT(n2 - x2) + _logLRT(n1 + n2)) -
            2 * (_logLRT(x1 + x2) + _logLRT(n1 + n2 - x1 - x2) + _logLRT(n1) + _logLRT(n2));
 }
 
 double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, int sides, double alpha,
                                    bool continuityCorrection, OrvQueryCancel* cancel) {
-    if (!can_enumerate(n1, n2, p1, p2, alpha)) return -1;
+    if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
     const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
     const Group group1(n1, p1);
     const Group group2(n2, p2);
@@ -183,7 +184,7 @@ double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, i
 
 double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int sides, double alpha,
                                bool pooled, OrvQueryCancel* cancel) {
-    if (!(can_enumerate(n1, n2, p1, p2, alpha) && n1 + n2 > 2)) return -1;
+    if (!(can_enumerate(n1, n2, p1, p2, alpha) && n1 + n2 > 2)) return kInvalid;
     const double critical = t_critical(sides == 0 ? alpha / 2 : alpha, n1 + n2 - 2, {1e-20, 1e-12});
     const Group group1(n1, p1);
     const Group group2(n2, p2);
@@ -195,7 +196,7 @@ double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int s
 
 double _PowerIndSamBinBinEnumLRT(double n1, double n2, double p1, double p2, int sides, double alpha,
                                  OrvQueryCancel* cancel) {
-    if (!can_enumerate(n1, n2, p1, p2, alpha)) return -1;
+    if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
     const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
     const Group group1(n1, p1);
     const Group group2(n2, p2);

@@ -124,4 +124,14 @@ TEST(PropTwoCommand, WithoutATerminalNoElapsedTimeIsShown) {
     EXPECT_THAT(run.text, StartsWith("test:"));
 }
 
+TEST(PropTwoCommand, AnIntervalThatDoesNotExistHasNoAnswer) {
+    EXPECT_EQ(statpower("prop-two halfwidth --sizes 1,1 --p1 0.5 --p2 0.4 --interval unbiased").status, 1);
+}
+
+TEST(PropTwoCommand, RefusesATotalThatIsNotFinite) {
+    const auto run = statpower("prop-two curve --over allocation --p1 0.5 --p2 0.4 --total inf");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.text, StartsWith("statpower: --total"));
+}
+
 }  // namespace
