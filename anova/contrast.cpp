@@ -5,7 +5,7 @@
 
 #include "anova/allocation.h"
 #include "core/design.h"
-#include "core/test_power.h"
+#include "core/rejection.h"
 #include "statpower/anova.h"
 
 using namespace statpower;

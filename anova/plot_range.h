@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <span>
 
-#include "core/plot.h"
+#include "core/curves.h"
 #include "core/sums.h"
 #include "statpower/visibility.h"
 

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "core/checks.h"
+#include "core/curves.h"
 #include "core/integers.h"
-#include "core/plot.h"
 #include "correlation/correlation.h"
 #include "correlation/fisher_z.h"
 #include "statpower/correlation.h"

@@ -1,9 +1,9 @@
 // Curves and surfaces of the t tests.
 #include <cmath>
 
-#include "core/plot.h"
-#include "means/independent.h"
-#include "means/related.h"
+#include "core/curves.h"
+#include "means/paired.h"
+#include "means/two.h"
 #include "statpower/means.h"
 
 using namespace statpower;

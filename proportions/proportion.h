@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "core/plot.h"
+#include "core/curves.h"
 
 namespace statpower {
 

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "core/checks.h"
+#include "core/curves.h"
 #include "core/integers.h"
-#include "core/plot.h"
 #include "regression/regression.h"
 #include "regression/squared_correlations.h"
 #include "statpower/regression.h"

@@ -3,8 +3,8 @@
 
 #include "core/checks.h"
 #include "core/design.h"
+#include "core/rejection.h"
 #include "core/sums.h"
-#include "core/test_power.h"
 #include "orvcommon/dist_fun.h"
 #include "regression/regression.h"
 #include "regression/squared_correlations.h"

@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "core/test_power.h"
+#include "core/rejection.h"
 #include "orvcommon/dist_fun.h"
 #include "regression/regression.h"
 

@@ -9,7 +9,7 @@
 #include "anova/plot_range.h"
 #include "anova/refused_axes.h"
 #include "statpower/anova.h"
-#include "support/plot.h"
+#include "support/curves.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;

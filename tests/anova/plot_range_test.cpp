@@ -69,7 +69,7 @@ Range by_definition(double power, const std::vector<double>& sizes) {
 TEST(DefaultTotals, RunFromOneMinusToTwoMinusThePowerTimesTheTotal) {
     double means[] = {10, 12, 14, 11};
     std::vector<double> sizes = {10, 10, 10, 10};
-    // Power 0.43336 at N = 40 (tests/data/anova/overall_f_power.csv): 22.67 down and 62.67 up.
+    // Power 0.43336 at N = 40 (tests/data/anova/anova_power.csv): 22.67 down and 62.67 up.
     Range r;
     _SetPlotRangeN(4, means, 4, sizes.data(), r.min, r.max, 0.05);
     EXPECT_EQ(r, (Range{22, 63}));
@@ -78,7 +78,7 @@ TEST(DefaultTotals, RunFromOneMinusToTwoMinusThePowerTimesTheTotal) {
 
 TEST(DefaultTotals, OfAnEffectSizeUseItsPower) {
     std::vector<double> sizes = {30, 50};
-    // Power 0.59815 at f = 0.25, N = 80 (tests/data/anova/overall_f_effect_power.csv): 32.1 and 112.1.
+    // Power 0.59815 at f = 0.25, N = 80 (tests/data/anova/anova_effect_power.csv): 32.1 and 112.1.
     Range r;
     _SetPlotRangeN(2, 0.25, 0, sizes.data(), r.min, r.max, 0.05);
     EXPECT_EQ(r, (Range{32, 113}));

@@ -4,7 +4,7 @@
 
 #include "cli/program.h"
 #include "statpower/anova.h"
-#include "support/plot.h"
+#include "support/curves.h"
 
 using testing::HasSubstr;
 using testing_support::expect_refusals;

@@ -8,7 +8,7 @@
 
 #include "correlation/correlation.h"
 #include "correlation/kinds.h"
-#include "support/plot.h"
+#include "support/curves.h"
 
 using namespace testing_support;
 

@@ -2,7 +2,7 @@
 #include <functional>
 
 #include "means/expectations.h"
-#include "means/independent.h"
+#include "means/two.h"
 #include "statpower/means.h"
 
 using namespace POWER_NAMESPACE;

@@ -3,9 +3,9 @@
 #include <deque>
 
 #include "means/expectations.h"
-#include "means/independent.h"
-#include "means/one_sample.h"
-#include "means/related.h"
+#include "means/one.h"
+#include "means/paired.h"
+#include "means/two.h"
 #include "orvcommon/dist_fun.h"
 #include "statpower/means.h"
 

@@ -8,7 +8,7 @@
 
 #include "regression/regression.h"
 #include "statpower/regression.h"
-#include "support/plot.h"
+#include "support/curves.h"
 #include "support/values.h"
 
 using namespace testing_support;

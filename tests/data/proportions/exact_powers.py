@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes one_sample_exact_power.csv and related_exact_power.csv beside itself.
+"""Writes one_exact_power.csv and paired_exact_power.csv beside itself.
 
 Powers of the exact tests of one proportion and of paired proportions, by enumeration of all outcomes in exact
 rational arithmetic. The proportions and levels are doubles and are taken as the exact numbers that they are.
@@ -98,9 +98,9 @@ def main():
         ]
         for sided in (0, 1)
     ]
-    write("one_sample_exact_power.csv", ["N", "p1", "p0", "alpha", "sides", "power"],
+    write("one_exact_power.csv", ["N", "p1", "p0", "alpha", "sides", "power"],
           [(*case, repr(float(one_sample_power(*case)))) for case in one_sample])
-    write("related_exact_power.csv", ["N", "p1", "p2", "alpha", "sided", "power"],
+    write("paired_exact_power.csv", ["N", "p1", "p2", "alpha", "sided", "power"],
           [(*case, repr(float(related_power(*case)))) for case in related])
 
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Writes one_sample_half_width.csv, one_sample_half_width_size.csv, related_half_width.csv and
-related_half_width_size.csv beside itself.
+"""Writes one_half_width.csv, one_half_width_size.csv, paired_half_width.csv and
+paired_half_width_size.csv beside itself.
 
 Half-widths of confidence intervals for one proportion and for the difference of paired proportions, and the sample
 sizes that give a half-width, to 40 digits. Limits that are defined by an equation (score, beta quantiles) are
@@ -95,24 +95,24 @@ def write(name, heading, rows):
 def main():
     # The last argument of a case: whether the correction makes a difference to the method.
     one_sample_methods = [(0, 0), (0, 1), (1, 0), (2, 0), (3, 0), (4, 0), (5, 0), (5, 1), (6, 0)]
-    write("one_sample_half_width.csv", ["N", "p", "alpha", "method", "correction", "half_width"],
+    write("one_half_width.csv", ["N", "p", "alpha", "method", "correction", "half_width"],
           [(*case, *method, one_sample(*case, *method))
            for case in [(10, 0.5, 0.05), (25, 0.2, 0.1), (40, 0.625, 0.01), (100, 0.03125, 0.05),
                         (33.5, 0.75, 0.2), (2000, 0.4, 0.001)]
            for method in one_sample_methods]
           + [(N, p, 0.05, method, 0, one_sample(N, p, 0.05, method, 0))
              for N in (5, 60) for p in (0, 1) for method in (0, 1, 3, 4, 5, 6)])
-    write("one_sample_half_width_size.csv", ["half_width", "p", "alpha", "method", "correction", "N"],
+    write("one_half_width_size.csv", ["half_width", "p", "alpha", "method", "correction", "N"],
           [(w, p, alpha, *method, size(lambda N: one_sample(N, p, alpha, *method), mpf(w)))
            for w, p, alpha in [(0.1, 0.5, 0.05), (0.02, 0.25, 0.1)]
            for method in one_sample_methods])
     related_methods = [(0, 0), (0, 1), (1, 0), (2, 0)]
-    write("related_half_width.csv", ["N", "p1", "p2", "alpha", "method", "correction", "half_width"],
+    write("paired_half_width.csv", ["N", "p1", "p2", "alpha", "method", "correction", "half_width"],
           [(*case, *method, related(*case, *method))
            for case in [(10, 0.25, 0.125, 0.05), (50, 0.1, 0.3, 0.1), (200, 0, 0.05, 0.01), (33.5, 0.5, 0.5, 0.2),
                         (40, 0, 0, 0.05)]
            for method in related_methods])
-    write("related_half_width_size.csv", ["half_width", "p1", "p2", "alpha", "method", "correction", "N"],
+    write("paired_half_width_size.csv", ["half_width", "p1", "p2", "alpha", "method", "correction", "N"],
           [(*case, *method, size(lambda N: related(N, *case[1:], *method), mpf(case[0])))
            for case in [(0.1, 0.25, 0.125, 0.05), (0.03, 0.1, 0.3, 0.1), (0.01, 0.02, 0.01, 0.05)]
            for method in related_methods])

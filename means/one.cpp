@@ -1,0 +1,90 @@
+#include "means/one.h"
+
+#include <cmath>
+
+#include "core/curves.h"
+#include "core/design.h"
+#include "core/rejection.h"
+#include "core/sums.h"
+#include "means/search.h"
+#include "statpower/means.h"
+
+using namespace statpower;
+using namespace POWER_NAMESPACE;
+using OrvCommon_940::OrvMV;
+using OrvCommon_940::OrvQueryCancel;
+
+namespace POWER_NAMESPACE {
+
+double NondirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    return power_above_target(PowerOneSampleNondirectionalES, N, design);
+}
+
+double DirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    return power_above_target(PowerOneSampleDirectionalES, N, design);
+}
+
+double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> design, OrvQueryCancel*) {
+    const auto [half_width, sd, alpha] = DesignReader(design).numbers<3>();
+    return N * (square(half_width) / square(sd)) - square(t_critical(alpha / 2, N - 1));
+}
+
+void _SetPlotRangeN(double N, double mean, double sd, int& nMin, int& nMax, int directional, double mean0,
+                    double alpha) {
+    const auto power = directional != 0 ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
+    const auto range = default_range(power(N, mean, sd, mean0, alpha), N, 2);
+    nMin = range.min;
+    nMax = range.max;
+}
+
+}  // namespace POWER_NAMESPACE
+
+double EffectSizeOneSample(double mean, double sd, double mean0) {
+    return sd == 0 ? OrvMV::Missing() : (mean - mean0) / sd;
+}
+
+double PowerOneSampleNondirectionalES(double N, double es, double alpha) {
+    if (N <= 1) return OrvMV::Missing();
+    return t_test_power_two_sided(alpha, N - 1, std::sqrt(N) * es);
+}
+
+double PowerOneSampleDirectionalES(double N, double es, double alpha) {
+    if (!(alpha > 0 && N > 1 && alpha < 1)) return OrvMV::Missing();
+    return t_test_power_one_sided(alpha, N - 1, std::sqrt(N) * std::abs(es));
+}
+
+double PowerOneSampleNondirectional(double N, double mean, double sd, double mean0, double alpha) {
+    if (!(alpha > 0 && N > 1 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    return PowerOneSampleNondirectionalES(N, EffectSizeOneSample(mean, sd, mean0), alpha);
+}
+
+double PowerOneSampleDirectional(double N, double mean, double sd, double mean0, double alpha) {
+    if (!(alpha > 0 && N > 1 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    return PowerOneSampleDirectionalES(N, EffectSizeOneSample(mean, sd, mean0), alpha);
+}
+
+double PowerReverseOneSampleNondirectionalES(double power, double es, double alpha) {
+    return search_size(pack_design(power, es, alpha), NondirectionalFunc);
+}
+
+double PowerReverseOneSampleDirectionalES(double power, double es, double alpha) {
+    return search_size(pack_design(power, es, alpha), DirectionalFunc);
+}
+
+double PowerReverseOneSampleNondirectional(double power, double mean, double sd, double mean0, double alpha) {
+    if (!(alpha > 0 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    return PowerReverseOneSampleNondirectionalES(power, EffectSizeOneSample(mean, sd, mean0), alpha);
+}
+
+double PowerReverseOneSampleDirectional(double power, double mean, double sd, double mean0, double alpha) {
+    if (!(alpha > 0 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    return PowerReverseOneSampleDirectionalES(power, EffectSizeOneSample(mean, sd, mean0), alpha);
+}
+
+double PowerReversebyHalfCIOneSampleMeans(double halfWidth, double sd, double alpha) {
+    return std::ceil(search_size(pack_design(halfWidth, sd, alpha), _SampleSizebyHalfWidthCIOneSampleFunc));
+}
+
+double HalfCIOneSampleMeans(double N, double sd, double alpha) {
+    return t_critical(alpha / 2, N - 1) * sd / std::sqrt(N);
+}

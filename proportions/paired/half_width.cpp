@@ -1,0 +1,67 @@
+#include "proportions/paired/half_width.h"
+
+#include <cmath>
+
+#include "core/design.h"
+#include "core/sums.h"
+#include "proportions/interval.h"
+#include "proportions/sample_size.h"
+#include "statpower/related_binomial.h"
+
+using namespace statpower;
+using OrvCommon_940::OrvQueryCancel;
+
+namespace {
+
+enum Method { kWald, kOnePairAdded, kTwoPairsAdded };
+
+/// Variance of the difference within one pair.
+double pair_variance(double p1, double p2) {
+    return p1 + p2 - square(p1 - p2);
+}
+
+/// With `added` pairs among the discordant ones, and two among all.
+double adjusted_wald(double N, double p1, double p2, double z, double added) {
+    const double s = ((p1 + p2) * N + added) / (N + 2);
+    const double t = (p1 - p2) * N / (N + 2);
+    return z * std::sqrt((s - square(t)) / (N + 2));
+}
+
+}  // namespace
+
+double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, double p1, double p2,
+                          double alpha) {
+    const double z = z_quantile(alpha);
+    switch (method) {
+        case kWald:
+            return z * std::sqrt(pair_variance(p1, p2) / N) + (continuityCorrection ? 1 / N : 0);
+        case kOnePairAdded:
+            return adjusted_wald(N, p1, p2, z, 1);
+        case kTwoPairsAdded:
+            return adjusted_wald(N, p1, p2, z, 2);
+        default:
+            return 0;
+    }
+}
+
+double POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom(double N, std::vector<double> design,
+                                                        OrvQueryCancel*) {
+    DesignReader d(design);
+    const auto [half_width, p1, p2] = d.numbers<3>();
+    const int method = d.integer();
+    const double alpha = d.number();
+    const bool continuity_correction = d.flag();
+    if (method != kOnePairAdded && method != kTwoPairsAdded) return 0;
+    return half_width - HalfCIRelSampBinom(method, continuity_correction, N, p1, p2, alpha);
+}
+
+double PowerReversebyHalfCIRelSampBinom(int method, bool continuityCorrection, OrvQueryCancel* cancel,
+                                        double halfWidth, double p1, double p2, double alpha) {
+    if (method == kWald) {
+        const double a = pair_variance(p1, p2) * square(z_quantile(alpha));
+        if (!continuityCorrection) return std::ceil(a / square(halfWidth));
+        return std::ceil(square((std::sqrt(4 * halfWidth + a) + std::sqrt(a)) / (2 * halfWidth)));
+    }
+    const auto design = pack_design(halfWidth, p1, p2, method, alpha, continuityCorrection);
+    return std::ceil(search_sample_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom, cancel));
+}

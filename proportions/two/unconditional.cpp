@@ -1,0 +1,214 @@
+#include "proportions/two/unconditional.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "core/cancel.h"
+#include "core/integers.h"
+#include "core/rejection.h"
+#include "orvcommon/dist_fun.h"
+#include "orvcommon/mv.h"
+#include "proportions/result_codes.h"
+#include "proportions/two/counts.h"
+#include "proportions/two/design.h"
+
+using namespace statpower;
+using OrvCommon_940::OrvMV;
+using OrvCommon_940::OrvQueryCancel;
+using OrvMath_940::OrvDistFun;
+
+namespace {
+
+struct Proportions {
+    double first;
+    double second;
+};
+
+/// Observed proportions; 0.001 successes or failures a group stand for none at all, which would leave no
+/// standard error.
+Proportions observed_proportions(double n1, double n2, int x1, int x2) {
+    constexpr double kZeroCell = 0.001;
+    const double total = static_cast<double>(x1) + x2;
+    if (total == 0) return {kZeroCell / n1, kZeroCell / n2};
+    if (total == n1 + n2) return {(n1 - kZeroCell) / n1, (n2 - kZeroCell) / n2};
+    return {x1 / n1, x2 / n2};
+}
+
+/// The difference that the alternative p1 against p2 makes large.
+double difference(Proportions phat, double p1, double p2, int sides) {
+    if (sides == 0) return std::abs(phat.first - phat.second);
+    return p1 > p2 ? phat.first - phat.second : phat.second - phat.first;
+}
+
+bool is_table(double n1, double n2, double x1, double x2) {
+    return x1 >= 0 && x1 <= n1 && x2 >= 0 && x2 <= n2;
+}
+
+/// The first count of first..last - 1 at which `holds` fails, `last` if it does at none; it is known to hold
+/// below that count and to fail from it on. Searched from `guess` outwards in doubling steps, then by
+/// bisection.
+template <class Holds>
+int first_failure(int first, int last, int guess, Holds holds) {
+    std::int64_t low = first;
+    std::int64_t high = last;
+    bool held = false;
+    bool failed = false;
+    std::int64_t probe = guess;
+    for (std::int64_t step = 1; low < high; step *= 2) {
+        probe = std::clamp(probe, low, high - 1);
+        if (holds(static_cast<int>(probe))) {
+            low = probe + 1;
+            held = true;
+        } else {
+            high = probe;
+            failed = true;
+        }
+        probe = !failed ? low + step - 1 : !held ? high - step : low + (high - low) / 2;
+    }
+    return static_cast<int>(low);
+}
+
+/// Which tables beside x1 successes of the first group can reject: those of few successes in the second
+/// group, of many, or both. Returns the number of x2, from 0, that count as few.
+int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1, int trials2) {
+    if (sides == 0) return to_int(std::floor(n2 * x1 / n1)) + 1;
+    return first_is_larger ? trials2 + 1 : 0;
+}
+
+/// How often the cancel object is asked for a table that rejects, besides once for every table.
+enum class AskedAgain : bool { kNo, kYes };
+
+/// Probability of the tables that reject.
+/// @param few      few(x1): below this x2 the tables that reject are the lowest ones, from it on the highest
+/// ones
+/// @param rejects  rejects(x1, x2)
+template <class Few, class Rejects>
+double probability_of_rejection(const Group& group1, const Group& group2, Few few, Rejects rejects,
+                                AskedAgain asked_again, OrvQueryCancel* cancel) {
+    const CountFunction& probability1 = group1.probability();
+    const CountFunction& probability2 = group2.probability();
+    const Tails tails(group2);
+    const int n1 = group1.trials();
+    const int n2 = group2.trials();
+    // A cancel object is asked for all tables, so that none are left out for their negligible probability.
+    const bool all = cancel != nullptr;
+    const int first1 = all ? 0 : probability1.first();
+    const int last1 = all ? n1 : probability1.last();
+    const int first2 = all ? 0 : probability2.first();
+    const int last2 = all ? n2 : probability2.last();
+
+    double power = 0;
+    std::int64_t rejected = 0;
+    int lower = 0;       // x2 below this reject ...
+    int upper = n2 + 1;  // ... and from this on
+    for (int x1 = first1; x1 <= last1; ++x1) {
+        double probability = 0;
+        const std::int64_t rejected_before = rejected;
+        if (x1 == 0 || x1 == n1) {
+            for (int x2 = first2; x2 <= last2; ++x2) {
+                if (stop_requested(cancel)) return OrvMV::Missing();
+                if (!rejects(x1, x2)) continue;
+                probability += probability2[x2];
+                ++rejected;
+            }
+        } else {
+            if (stop_requested(cancel, std::int64_t{n2} + 1)) return OrvMV::Missing();
+            const int split = few(x1);
+            lower = first_failure(0, split, lower, [&](int x2) { return rejects(x1, x2); });
+            upper = first_failure(split, n2 + 1, upper, [&](int x2) { return !rejects(x1, x2); });
+            probability = tails.below(lower) + tails.from(upper);
+            rejected += lower + (n2 + 1 - upper);
+        }
+        if (rejected > rejected_before) power += probability1[x1] * probability;
+    }
+    if (asked_again == AskedAgain::kYes && stop_requested(cancel, rejected)) return OrvMV::Missing();
+    return std::isnan(power) ? -2 : power;
+}
+
+bool can_enumerate(double n1, double n2, double p1, double p2, double alpha) {
+    return are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && are_countable(n1, n2);
+}
+
+}  // namespace
+
+namespace POWER_NAMESPACE {
+
+std::pair<double, double> _BinEnumChisqTestStatsZ(double n1, double n2, double p1, double p2, int x1, int x2,
+                                                  int sides, bool continuityCorrection) {
+    if (!(are_two_samples(n1, n2, p1, p2) && is_table(n1, n2, x1, x2))) return {kInvalid, kInvalid};
+    const Proportions phat = observed_proportions(n1, n2, x1, x2);
+    const double pbar = (n2 * phat.second + n1 * phat.first) / (n1 + n2);
+    const double S = std::sqrt(pbar * (1 - pbar) * (1 / n1 + 1 / n2));
+    const double c = 0.5 * (1 / n1 + 1 / n2);
+    const double d = difference(phat, p1, p2, sides);
+    if (!continuityCorrection) return {d / S, c};
+    return {(sides == 0 ? d - c : d + c) / S, c};
+}
+
+double _BinEnumTTestStatsT(double n1, double n2, double p1, double p2, int x1, int x2, int sides,
+                           bool pooled) {
+    if (!(are_two_samples(n1, n2, p1, p2) && n1 + n2 > 2 && is_table(n1, n2, x1, x2))) return kInvalid;
+    const Proportions phat = observed_proportions(n1, n2, x1, x2);
+    const double v1 = phat.first * (1 - phat.first);
+    const double v2 = phat.second * (1 - phat.second);
+    const double N = n1 + n2;
+    const double V = pooled ? n2 * v2 + n1 * v1 : n2 * v1 + n1 * v2;
+    return std::sqrt(n1 * n2) * difference(phat, p1, p2, sides) / std::sqrt(V * N / (N - 2));
+}
+
+double _logLRT(double x) {
+    if (x < 0) return -1;
+    return x == 0 ? 0 : x * std::log(x);
+}
+
+double _BinEnumLRTTestStatsL(double n1, double n2, double x1, double x2) {
+    if (!(is_group_size(n1) && is_group_size(n2) && is_table(n1, n2, x1, x2))) return kInvalid;
+    return 2 * (_logLRT(x1) + _logLRT(n1 - x1) + _logLRT(x2) + _logLRT(n2 - x2) + _logLRT(n1 + n2)) -
+           2 * (_logLRT(x1 + x2) + _logLRT(n1 + n2 - x1 - x2) + _logLRT(n1) + _logLRT(n2));
+}
+
+double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, int sides, double alpha,
+                                   bool continuityCorrection, OrvQueryCancel* cancel) {
+    if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
+    const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
+    const Group group1(n1, p1);
+    const Group group2(n2, p2);
+    return probability_of_rejection(
+        group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
+        [&](int x1, int x2) {
+            return _BinEnumChisqTestStatsZ(n1, n2, p1, p2, x1, x2, sides, continuityCorrection).first >
+                   critical;
+        },
+        AskedAgain::kNo, cancel);
+}
+
+double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int sides, double alpha,
+                               bool pooled, OrvQueryCancel* cancel) {
+    if (!(can_enumerate(n1, n2, p1, p2, alpha) && n1 + n2 > 2)) return kInvalid;
+    const double critical = t_critical(sides == 0 ? alpha / 2 : alpha, n1 + n2 - 2, {1e-20, 1e-12});
+    const Group group1(n1, p1);
+    const Group group2(n2, p2);
+    return probability_of_rejection(
+        group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
+        [&](int x1, int x2) { return _BinEnumTTestStatsT(n1, n2, p1, p2, x1, x2, sides, pooled) > critical; },
+        AskedAgain::kYes, cancel);
+}
+
+double _PowerIndSamBinBinEnumLRT(double n1, double n2, double p1, double p2, int sides, double alpha,
+                                 OrvQueryCancel* cancel) {
+    if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
+    const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
+    const Group group1(n1, p1);
+    const Group group2(n2, p2);
+    constexpr int kBothSides = 0;  // the statistic does not know the direction of a difference
+    return probability_of_rejection(
+        group1, group2,
+        [&](int x1) { return few_successes(n1, n2, kBothSides, p1 > p2, x1, group2.trials()); },
+        [&](int x1, int x2) {
+            const double G2 = _BinEnumLRTTestStatsL(n1, n2, x1, x2);
+            return G2 >= 0 && std::sqrt(G2) > critical;
+        },
+        AskedAgain::kYes, cancel);
+}
+
+}  // namespace POWER_NAMESPACE

@@ -1,0 +1,280 @@
+// Two independent proportions: Fisher's exact test.
+#include "proportions/two/fisher.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "orvcommon/mv.h"
+#include "proportions/two/transcription.h"
+#include "support/record.h"
+
+using namespace POWER_NAMESPACE;
+using OrvCommon_940::OrvMV;
+using testing_support::CountingCancel;
+using transcription::Design;
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+double power(const Design& d, OrvCommon_940::OrvQueryCancel* cancel = nullptr) {
+    return _PowerIndSamBinBinEnumFisher(d.n1, d.n2, d.p1, d.p2, d.sides, d.alpha, cancel);
+}
+
+void expect_as_transcribed(const Design& d) {
+    const double reference = transcription::fisher(d);
+    EXPECT_NEAR(power(d), reference, 1e-14 * reference)
+        << "n " << d.n1 << " " << d.n2 << " p " << d.p1 << " " << d.p2 << " sides " << d.sides << " alpha "
+        << d.alpha;
+}
+
+TEST(FisherExact, EveryDesignUpToTwelveInAGroupIsDecidedAsTranscribed) {
+    for (int n1 = 1; n1 <= 12; ++n1)
+        for (int n2 = 1; n2 <= 12; ++n2)
+            for (double alpha : {0.05, 0.1, 0.025, 0.01, 0.5, 0.85}) {
+                expect_as_transcribed({1.0 * n1, 1.0 * n2, 0.5, 0.45, 0, alpha});
+                expect_as_transcribed({1.0 * n1, 1.0 * n2, 0.5, 0.45, 1, alpha});
+                expect_as_transcribed({1.0 * n1, 1.0 * n2, 0.45, 0.5, 1, alpha});
+            }
+}
+
+TEST(FisherExact, LookingProbabilitiesUpInTheTranscriptionChangesNothing) {
+    for (int n : {2, 5, 9}) {
+        const Design d{1.0 * n, n + 2.5, 0.35, 0.6, 0, 0.1};
+        EXPECT_EQ(transcription::fisher(d), transcription::fisher(d, true));
+    }
+}
+
+TEST(FisherExact, RandomDesignsUpToSixtyInAGroupAreDecidedAsTranscribed) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> unit(0.001, 0.999);
+    std::uniform_int_distribution<int> size(1, 60);
+    for (int i = 0; i < 150; ++i)
+        expect_as_transcribed({1.0 * size(random), 1.0 * size(random), unit(random), unit(random), i % 2,
+                               i % 3 ? 0.05 : unit(random)});
+}
+
+TEST(FisherExact, FractionalGroupsCountUpToTheTruncatedSize) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> size(1, 30);
+    for (int i = 0; i < 60; ++i) expect_as_transcribed({size(random), size(random), 0.3, 0.6, i % 2, 0.05});
+}
+
+// The tail probability of each possible critical value, as a fraction, is taken as the level: whether it
+// still counts as "does not exceed" is a matter of the last bit.
+TEST(FisherExact, LevelsThatEqualATailProbabilityAreDecidedAsTranscribed) {
+    for (int n1 = 1; n1 <= 8; ++n1)
+        for (int n2 = 1; n2 <= 8; ++n2)
+            for (int t = 1; t < n1 + n2; ++t) {
+                const int hi = std::min(t, n1);
+                const auto choose = [](int n, int k) { return std::round(Combination(n, k)); };
+                double numerator = 0;
+                for (int u = hi; u > std::max(0, t - n2); --u) {
+                    numerator += choose(n1, u) * choose(n2, t - u);
+                    const double tail = numerator / choose(n1 + n2, t);
+                    expect_as_transcribed({1.0 * n1, 1.0 * n2, 0.5, 0.45, 1, tail});
+                    expect_as_transcribed({1.0 * n2, 1.0 * n1, 0.45, 0.5, 1, tail});
+                    if (tail < 0.5) expect_as_transcribed({1.0 * n1, 1.0 * n2, 0.5, 0.45, 0, 2 * tail});
+                }
+            }
+}
+
+TEST(FisherExact, WellKnownTiesAreDecidedAsTranscribed) {
+    expect_as_transcribed({3, 3, 0.9, 0.1, 1, 0.05});
+    expect_as_transcribed({3, 3, 0.9, 0.1, 0, 0.1});
+    expect_as_transcribed({2, 14, 0.9, 0.1, 1, 1.0 / 40});
+    expect_as_transcribed({8, 8, 0.9, 0.1, 1, 0.1});
+    expect_as_transcribed({8, 8, 0.1, 0.9, 0, 0.2});
+}
+
+TEST(FisherExact, IsConservativeAtEqualProportions) {
+    for (double p : {0.05, 0.3, 0.5, 0.9})
+        for (int n : {5, 20, 60, 600})
+            for (int sides : {0, 1}) {
+                EXPECT_LE(power({1.0 * n, n + 3.0, p, p, sides, 0.05}), 0.05);
+                EXPECT_GE(power({1.0 * n, n + 3.0, p, p, sides, 0.05}), 0);
+            }
+}
+
+TEST(FisherExact, OneSidedTestsAreMirrorImages) {
+    for (double n : {20.0, 700.0})
+        EXPECT_NEAR(power({n, n + 5, 0.3, 0.25, 1, 0.05}), power({n + 5, n, 0.25, 0.3, 1, 0.05}), 1e-13);
+}
+
+// 511 in each group is about the last size whose weights all stay within a double.
+TEST(FisherExact, PowersDoNotJumpWhereTheWeightsLeaveTheRangeOfADouble) {
+    double last = power({500, 500, 0.45, 0.55, 1, 0.05});
+    for (int n = 501; n <= 530; ++n) {
+        const double next = power({1.0 * n, 1.0 * n, 0.45, 0.55, 1, 0.05});
+        EXPECT_NEAR(next, last, 0.004) << n;
+        last = next;
+    }
+}
+
+TEST(FisherExact, FractionalAndWholeSizesMeetInLargeGroups) {
+    for (double n : {300.0, 800.0})
+        EXPECT_NEAR(power({n, n, 0.4, 0.48, 0, 0.05}), power({n + 1e-9, n + 1e-9, 0.4, 0.48, 0, 0.05}), 1e-9);
+}
+
+TEST(FisherExact, AnOddsRatioThatLeavesTheRangeOfADoubleDoesNoHarm) {
+    // psi = 0.298: its powers from 590 on are denormal or 0, where the coefficients stay finite.
+    EXPECT_NEAR(power({700, 50, 0.85, 0.95, 1, 0.05}), power({50, 700, 0.95, 0.85, 1, 0.05}), 1e-12);
+    for (double tiny : {1e-12, 1e-300}) {
+        EXPECT_NEAR(power({60, 60, tiny, 1 - 1e-12, 1, 0.05}), 1, 1e-9);
+        EXPECT_NEAR(power({60, 60, 1 - 1e-12, tiny, 0, 0.05}), 1, 1e-9);
+    }
+}
+
+TEST(FisherExact, RefusesArgumentsOutOfTheirRanges) {
+    for (double Design::*argument : {&Design::p1, &Design::p2, &Design::alpha})
+        for (double bad : {0.0, 1.0, -0.5, kNaN}) {
+            Design d{10, 12, 0.3, 0.6, 0, 0.05};
+            d.*argument = bad;
+            EXPECT_EQ(power(d), -1);
+        }
+    for (double Design::*argument : {&Design::n1, &Design::n2})
+        for (double bad : {0.99, 0.0, -3.0, kNaN, kInfinity, 3e9}) {
+            Design d{10, 12, 0.3, 0.6, 0, 0.05};
+            d.*argument = bad;
+            EXPECT_EQ(power(d), -1);
+        }
+    EXPECT_GE(power({1, 1, 0.3, 0.6, 0, 0.05}), 0);
+    EXPECT_GE(power({0.9999999999995, 5, 0.3, 0.6, 0, 0.05}), 0);
+}
+
+TEST(FisherExact, AYesToAnyQueryGivesTheMissingValue) {
+    const Design d{6, 9, 0.2, 0.7, 0, 0.1};
+    CountingCancel all;
+    power(d, &all);
+    for (long query = 1; query <= all.queries; ++query) {
+        CountingCancel cancel(query);
+        EXPECT_TRUE(OrvMV::IsMissing(power(d, &cancel))) << query;
+        EXPECT_EQ(cancel.queries, query);
+    }
+    CountingCancel never(all.queries + 1);
+    EXPECT_EQ(power(d, &never), power(d));
+}
+
+TEST(FisherExact, AsksForEveryTotalAndEveryTermThatItComputes) {
+    // 16 totals; with 6 and 9 in the groups 70 tables, each a term of its total and of two distributions.
+    CountingCancel count;
+    power({6, 9, 0.2, 0.7, 0, 0.1}, &count);
+    EXPECT_EQ(count.queries, 16 + 3 * 70);
+}
+
+// ---- The helpers on their own ----------------------------------------------------------------------------
+
+TEST(ConditionalProbability, IsHypergeometricAtOddsRatioOne) {
+    EXPECT_NEAR(_CondDisProb(3, 3, 3, 3, 1, 0, 3, nullptr), 1.0 / 20, 1e-15);
+    EXPECT_NEAR(_CondDisProb(3, 3, 1, 3, 1, 0, 3, nullptr), 9.0 / 20, 1e-15);
+    EXPECT_NEAR(_CondDisProb(2, 14, 1, 3, 1, 0, 2, nullptr), 2 * 91.0 / 560, 1e-15);
+}
+
+TEST(ConditionalProbability, WeighsWithPowersOfTheOddsRatio) {
+    // Weights 1, 9 * 2, 9 * 4, 8.
+    EXPECT_NEAR(_CondDisProb(3, 3, 2, 3, 2, 0, 3, nullptr), 36.0 / 63, 1e-15);
+}
+
+TEST(ConditionalProbability, IsZeroOutsideZeroToTheTotal) {
+    EXPECT_EQ(_CondDisProb(3, 3, -1, 3, 1, 0, 3, nullptr), 0);
+    EXPECT_EQ(_CondDisProb(3, 3, 4, 3, 1, 0, 3, nullptr), 0);
+}
+
+TEST(ConditionalProbability, RefusesSizesBelowOneAndNegativeTotals) {
+    EXPECT_EQ(_CondDisProb(0.5, 3, 1, 2, 1, 0, 2, nullptr), -1);
+    EXPECT_EQ(_CondDisProb(3, kNaN, 1, 2, 1, 0, 2, nullptr), -1);
+    EXPECT_EQ(_CondDisProb(3, 3, 0, -1, 1, 0, 0, nullptr), -1);
+}
+
+TEST(ConditionalProbability, KeepsTheRangeOfItsCoefficients) {
+    EXPECT_TRUE(std::isnan(_CondDisProb(2000, 2000, 1000, 2000, 1, 0, 2000, nullptr)));
+}
+
+TEST(ConditionalProbability, AsksBeforeEveryTermOfTheSum) {
+    CountingCancel count;
+    _CondDisProb(6, 9, 2, 5, 1, 0, 5, &count);
+    EXPECT_EQ(count.queries, 6);
+    CountingCancel fourth(4);
+    EXPECT_TRUE(OrvMV::IsMissing(_CondDisProb(6, 9, 2, 5, 1, 0, 5, &fourth)));
+}
+
+TEST(ConditionalProbability, EndsWhereCountsNoLongerMove) {
+    EXPECT_GT(_CondDisProb(3, 3, 3, 3, 1, -kInfinity, -1, nullptr), 0);
+    EXPECT_GT(_CondDisProb(3, 3, 3, 3, 1, 1e17, 1e17, nullptr), 0);
+}
+
+TEST(TotalProbability, IsTheSumOverTheFirstGroup) {
+    // Two fair coins against one.
+    EXPECT_NEAR(_ProbTotalSucc(2, 1, 0.5, 0.5, 1, 0, 1, nullptr), 3.0 / 8, 1e-15);
+    EXPECT_NEAR(_ProbTotalSucc(2, 1, 0.5, 0.5, 1, 0.9, 1.9, nullptr), 3.0 / 8, 1e-15);
+    EXPECT_NEAR(_ProbTotalSucc(2, 1, 0.5, 0.5, 1, 1, 1, nullptr), 2.0 / 8, 1e-15);
+}
+
+TEST(TotalProbability, RefusesArgumentsOutOfTheirRangesAndAsksBeforeEveryTerm) {
+    EXPECT_EQ(_ProbTotalSucc(0.5, 1, 0.5, 0.5, 1, 0, 1, nullptr), -1);
+    EXPECT_EQ(_ProbTotalSucc(2, 1, 0, 0.5, 1, 0, 1, nullptr), -1);
+    EXPECT_EQ(_ProbTotalSucc(2, 1, 0.5, 1, 1, 0, 1, nullptr), -1);
+    CountingCancel count;
+    _ProbTotalSucc(9, 9, 0.5, 0.5, 5, 0, 5, &count);
+    EXPECT_EQ(count.queries, 6);
+    CountingCancel last(6);
+    EXPECT_TRUE(OrvMV::IsMissing(_ProbTotalSucc(9, 9, 0.5, 0.5, 5, 0, 5, &last)));
+}
+
+TEST(ConditionalQuantiles, AreTheOuterMostCountsWithinTheLevel) {
+    // 6 and 6 in the groups, 6 successes: tails 1/924, 37/924, 262/924, ...
+    EXPECT_EQ(_quantileDescending(6, 6, 6, 0, 6, 1, 0.05, nullptr), 5);
+    EXPECT_EQ(_quantileDescending(6, 6, 6, 0, 6, 1, 0.3, nullptr), 4);
+    EXPECT_EQ(_quantileAscending(6, 6, 6, 0, 6, 1, 0.05, nullptr), 1);
+    EXPECT_EQ(_quantileAscending(6, 6, 6, 0, 6, 1, 0.3, nullptr), 2);
+}
+
+TEST(ConditionalQuantiles, LieOutsideTheCountsWhereNoneIsWithinTheLevel) {
+    EXPECT_EQ(_quantileDescending(6, 6, 6, 0, 6, 1, 0.001, nullptr), -1);
+    EXPECT_EQ(_quantileAscending(6, 6, 6, 0, 6, 1, 0.001, nullptr), 7);
+    EXPECT_EQ(_quantileDescending(6, 2, 6, 4, 6, 1, 0.001, nullptr), 3);
+}
+
+TEST(ConditionalQuantiles, AreTheTranscribedOnesOnTheirOwn) {
+    for (int n1 : {3, 8})
+        for (int n2 : {3, 5, 14})
+            for (int t = 0; t <= n1 + n2; ++t)
+                for (double a : {0.05, 0.025, 0.1, 0.7}) {
+                    const int lo = std::max(0, t - n2);
+                    const int hi = std::min(t, n1);
+                    transcription::Fisher fisher({1.0 * n1, 1.0 * n2, 0.3, 0.6, 0, a}, true);
+                    EXPECT_EQ(_quantileDescending(n1, n2, t, lo, hi, 1, a, nullptr),
+                              fisher.upper_critical_value(t, lo, hi, a));
+                    EXPECT_EQ(_quantileAscending(n1, n2, t, lo, hi, 1, a, nullptr),
+                              fisher.lower_critical_value(t, lo, hi, a));
+                }
+}
+
+TEST(ConditionalQuantiles, RefuseArgumentsOutOfTheirRanges) {
+    for (auto quantile : {_quantileDescending, _quantileAscending}) {
+        EXPECT_EQ(quantile(0.5, 6, 3, 0, 3, 1, 0.05, nullptr), -1);
+        EXPECT_EQ(quantile(6, 0.5, 3, 0, 3, 1, 0.05, nullptr), -1);
+        EXPECT_EQ(quantile(6, 6, -1, 0, 3, 1, 0.05, nullptr), -1);
+        EXPECT_EQ(quantile(6, 6, 3, 0, 3, 1, 0, nullptr), -1);
+        EXPECT_EQ(quantile(6, 6, 3, 0, 3, 1, 1, nullptr), -1);
+        EXPECT_EQ(quantile(6, 6, 3, 0, 3, 1, kNaN, nullptr), -1);
+    }
+}
+
+TEST(ConditionalQuantiles, AYesToAnyQueryGivesTheMissingValue) {
+    for (auto quantile : {_quantileDescending, _quantileAscending}) {
+        CountingCancel all;
+        const double k = quantile(6, 6, 6, 0, 6, 1, 0.05, &all);
+        EXPECT_FALSE(OrvMV::IsMissing(k));
+        for (long query = 1; query <= all.queries; ++query) {
+            CountingCancel cancel(query);
+            EXPECT_TRUE(OrvMV::IsMissing(quantile(6, 6, 6, 0, 6, 1, 0.05, &cancel))) << query;
+        }
+    }
+}
+
+}  // namespace
