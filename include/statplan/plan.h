@@ -38,7 +38,7 @@ struct STATPLAN_API Question {
         std::string name;
         std::vector<double> values;  // a choice is the position of its word
     };
-    std::vector<Given> given;
+    std::vector<Given> given = {};
 
     void give(std::string_view name, double value) { given.push_back({std::string(name), {value}}); }
     void give(std::string_view name, std::vector<double> list) {
@@ -55,23 +55,62 @@ struct Item {
 /// The answer of one design, with everything that was asked.
 struct Record {
     const Test* test;
-    std::string question;          // power, size, precision, effect or solve
-    std::string unknown;           // what was found: "power", "size", "diff"
-    std::vector<Item> asked;       // every argument that matters, defaults too
-    std::vector<Item> answer;      // what was found, and the power or half-width reached
-    std::vector<Item> guaranteed;  // of a search for sizes: by the other rule, too
-    std::vector<Item> enrolled;    // of a search for sizes with a dropout
-    std::vector<Item> other;       // a second solution on the other side of the null hypothesis
-    std::vector<Item> effects;     // the standardised effects of the design
-    std::string method;
-    std::vector<std::string> notes;
-    std::vector<std::string_view> sources;
-    std::string report;  // a sentence for a protocol or a paper
+    std::string question = {};          // power, size, precision, effect or solve
+    std::string unknown = {};           // what was found: "power", "size", "diff"
+    std::vector<Item> asked = {};       // every argument that matters, defaults too
+    std::vector<Item> answer = {};      // what was found, and the power or half-width reached
+    std::vector<Item> guaranteed = {};  // of a search for sizes: by the other rule, too
+    std::vector<Item> enrolled = {};    // of a search for sizes with a dropout
+    std::vector<Item> other = {};       // a second solution on the other side of the null hypothesis
+    std::vector<Item> effects = {};     // the standardised effects of the design
+    std::string method = {};
+    std::vector<std::string> notes = {};
+    std::vector<std::string_view> sources = {};
+    std::string report = {};  // a sentence for a protocol or a paper
 };
 
 /// Answers a question about one design: a record, or why there is none.
 /// @param cancel  asked often during long searches; may be null
 STATPLAN_API Outcome<Record> ask(const Question& question, Cancel* cancel = nullptr);
+
+/// The answers of a grid of designs: every combination of the values of arguments that were given several.
+struct Table {
+    const Test* test;
+    std::string question, unknown;
+    std::vector<Item> asked = {};            // the same in all rows; choices among them
+    std::vector<const Argument*> over = {};  // what varies, the slowest first
+    struct Column {
+        std::string name;
+        const Argument* argument;
+        std::vector<double> values;  // one a row; NaN where there is no answer
+    };
+    std::vector<Column> columns = {};  // what varies, then the answers
+    std::vector<std::string> refusals =
+        {};  // one a row, empty where it is answered; none at all where all are
+};
+
+/// Answers a question in which number arguments may have several values.
+STATPLAN_API Outcome<Table> ask_table(const Question& question, Cancel* cancel = nullptr);
+
+/// The question that words ask: what each word is followed by is read as a number, a choice's word, a list
+/// "10,12,14", or, where a number stands, several of them "0.2,0.5" or a range "20:200:10".
+/// @param question  power, size, precision, effect or solve; solve may name its unknown by the word solve-for
+STATPLAN_API Outcome<Question> read_question(std::string_view test, std::string_view question,
+                                             const std::vector<std::pair<std::string, std::string>>& words);
+
+/// Several values of an argument from a text, as read_question reads them.
+STATPLAN_API Outcome<std::vector<double>> read_values(const Argument& argument, std::string_view text);
+
+/// Does any number argument of the question have several values?
+STATPLAN_API bool is_table(const Question& question);
+
+/// The argument of that name in any question of the test; null if there is none.
+STATPLAN_API const Argument* find_argument(const Test& test, std::string_view name);
+
+/// A record, a table or a refusal as JSON, the same in every door.
+STATPLAN_API std::string to_json(const Record& record);
+STATPLAN_API std::string to_json(const Table& table);
+STATPLAN_API std::string to_json(const Refusal& refusal);
 
 /// A question that is ready for any number of designs: which arguments will be given is settled, their values
 /// are not.
@@ -82,22 +121,34 @@ class STATPLAN_API Plan {
     static Outcome<Plan> prepare(const Test& test, std::string_view unknown,
                                  const std::vector<std::string_view>& given);
 
+    const Test& test() const;
+    /// Is the question about the half-width of an interval, not about the power?
+    bool is_precision() const;
+    /// "power", "precision", "size" or "solve"
+    std::string_view question() const;
+    /// The argument that is found; null for a power, a half-width and sizes.
+    const Argument* unknown() const;
+    /// Are the sizes of the groups what is found?
+    bool searches_sizes() const;
     /// The arguments of `given`, in its order.
     const std::vector<const Argument*>& given() const;
+    /// All arguments that matter in a design, in the order in which the test lists them.
+    std::vector<const Argument*> used(const Values& values) const;
 
     /// A design with the defaults, to be filled with the given arguments.
     const Values& blank() const;
 
-    /// What one design is answered with.
+    /// What one design is answered with, besides its values.
     struct Answer {
-        double power = kNotGiven, half_width = kNotGiven;
-        double other = kNotGiven;  // the second solution of an argument
-        bool complete = true;
+        double reached = kNotGiven;         // the power, or the half-width
+        double other = kNotGiven;           // a second solution of an argument
+        std::vector<double> smallest = {};  // of a search for sizes, by either rule
+        std::vector<double> guaranteed = {};
     };
 
     /// Finds the unknown of a design and sets it in `values`; the raw values that follow are set, too.
     /// @return nothing when it was found, otherwise why not. Ranges are checked.
-    Check answer(Values& values, Answer& answer, Rule rule = Rule::smallest, Cancel* cancel = nullptr) const;
+    Check answer(Values& values, Answer& answer, Cancel* cancel = nullptr) const;
 
     ~Plan();
     Plan(Plan&&) noexcept;
