@@ -7,19 +7,21 @@
 #include <span>
 #include <vector>
 
+#include "core/groups.h"
+#include "core/search.h"
 #include "core/sums.h"
 #include "statpower/core.h"
 
 namespace statpower {
 
+/// How closely a total is searched that reaches a power; one that reaches a half-width, kSizeTolerance.
 inline constexpr double kPowerTolerance = 1e-6;
-inline constexpr double kHalfWidthTolerance = 1e-9;
 
 /// Total sample size of a design with k groups: searched from two observations in each group upwards.
-inline double search_total(const std::vector<double>& design, POWER_NAMESPACE::Objective objective, int k,
-                           double tolerance) {
-    const double smallest = 2.0 * k;
-    return PowerReverse(design, objective, nullptr, smallest, smallest + 400, tolerance);
+template <class Design>
+double search_total(const Design& design, POWER_NAMESPACE::Objective objective, double tolerance) {
+    const double smallest = 2.0 * design.k;
+    return search_size(design, objective, nullptr, smallest, smallest + kFirstReach, tolerance);
 }
 
 /// Allocation weights as proportions of their sum.

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "core/design.h"
 #include "statpower/core.h"
 
 namespace statpower {
@@ -13,6 +14,32 @@ namespace statpower {
 /// The missing value unless there are at least two groups, alpha > 0, sigma > 0, N >= k and alpha < 1.
 double overall_f_power(std::span<const double> means, double sigma, std::span<const double> weights, double N,
                        double alpha);
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct OverallSearch {
+    double target;
+    int k;
+    double sigma, alpha;
+    std::span<const double> means, weights;
+    auto fields() { return std::tuple_cat(std::tie(target, k, sigma, alpha), arrays(k, means, weights)); }
+};
+
+struct OverallEffectSearch {
+    double target;
+    int k;
+    double es;
+    int es_type;
+    double alpha;
+    auto fields() { return std::tie(target, k, es, es_type, alpha); }
+};
+
+struct OverallHalfWidthSearch {
+    double target;
+    int k;
+    double sigma, alpha;
+    auto fields() { return std::tie(target, k, sigma, alpha); }
+};
 
 }  // namespace statpower
 
@@ -26,16 +53,16 @@ STATPOWER_API double _PowerOverallTestwithN(int k, double* means, double sigma, 
 /// The missing value unless k >= 2, alpha > 0, N >= k and alpha < 1; the effect size is not checked.
 STATPOWER_API double _PowerOverallTestwithES(int k, double es, int esType, double N, double alpha);
 
-/// Power at N minus the target. Design: target power, k, sigma, alpha, k means, k proportions.
+/// Power at N minus the target. Design: OverallSearch.
 STATPOWER_API double OverallTestFunc(double N, std::vector<double> design,
                                      OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Power at N minus the target. Design: target power, k, es, esType, alpha.
+/// Power at N minus the target. Design: OverallEffectSearch.
 STATPOWER_API double OverallTestwESFunc(double N, std::vector<double> design,
                                         OrvCommon_940::OrvQueryCancel* cancel);
 
 /// N halfWidth^2 / sigma^2 - t^2, negative while t sigma / sqrt(N) exceeds the half-width.
-/// Design: target half-width, k, sigma, alpha.
+/// Design: OverallHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfCIOverallTestFunc(double N, std::vector<double> design,
                                                         OrvCommon_940::OrvQueryCancel* cancel);
 

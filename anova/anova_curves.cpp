@@ -1,6 +1,7 @@
 // Curves and surfaces of the overall F test.
 #include "anova/anova.h"
 #include "anova/plot_range.h"
+#include "core/checks.h"
 #include "statpower/anova.h"
 
 using namespace statpower;
@@ -22,7 +23,7 @@ Axis effect_sizes(int esType, double esMin, double esMax, double step) {
 
 XYPlot PlotNOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax, double sigma,
                         double alpha) {
-    if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && alpha > 0 && alpha < 1)) return {};
+    if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N) {
         return overall_f_power(groups(k, means), sigma, groups(k, sizes), N, alpha);
     };
@@ -32,7 +33,7 @@ XYPlot PlotNOverallTest(int k, const double* means, const double* sizes, int nMi
 
 XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes, int nMin, int nMax, double es,
                            double alpha) {
-    if (!(k >= 2 && valid_ends(nMin, nMax) && alpha > 0 && alpha < 1)) return {};
+    if (!(k >= 2 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N) { return _PowerOverallTestwithES(k, es, esType, N, alpha); };
     const auto [first, last] = total_range(nMin, nMax, groups(k, sizes), power);
     return curve(sample_sizes(first, last), power);
@@ -40,21 +41,21 @@ XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes, int nMin, int
 
 XYPlot PlotESOverallTest(int k, int esType, const double* sizes, double esMin, double esMax, double alpha,
                          double step) {
-    if (!(k >= 2 && alpha > 0 && esMin <= esMax && alpha < 1)) return {};
+    if (!(k >= 2 && esMin <= esMax && is_between_0_and_1(alpha))) return {};
     return curve(effect_sizes(esType, esMin, esMax, step),
                  [&](double es) { return to_single(PowerOverallTestwES(k, esType, sizes, es, alpha)); });
 }
 
 XYPlot PlotSDOverallTest(int k, const double* means, const double* sizes, double sigma, double sdMin,
                          double sdMax, double alpha, double step) {
-    if (!(k >= 2 && sigma > 0 && alpha > 0 && sdMin <= sdMax && alpha < 1)) return {};
+    if (!(k >= 2 && sigma > 0 && sdMin <= sdMax && is_between_0_and_1(alpha))) return {};
     return curve(standard_deviations(groups(k, means), groups(k, sizes), sdMin, sdMax, step),
                  [&](double sd) { return to_single(PowerOverallTest(k, means, sizes, sd, alpha)); });
 }
 
 XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax, double sigma,
                             double sdMin, double sdMax, double alpha, double step) {
-    if (!(valid_ends(nMin, nMax) && k >= 2 && sigma > 0 && sdMin <= sdMax && alpha > 0)) return {};
+    if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && sdMin <= sdMax && alpha > 0)) return {};
     const auto power = [&](double N, double sd) {
         return overall_f_power(groups(k, means), sd, groups(k, sizes), N, alpha);
     };
@@ -66,7 +67,7 @@ XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int
 
 XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax, double es,
                             double esMin, double esMax, double alpha, double step) {
-    if (!(valid_ends(nMin, nMax) && k >= 2 && esMin <= esMax && alpha > 0)) return {};
+    if (!(k >= 2 && valid_ends(nMin, nMax) && esMin <= esMax && alpha > 0)) return {};
     const auto power = [&](double N, double effect) {
         return _PowerOverallTestwithES(k, effect, esType, N, alpha);
     };

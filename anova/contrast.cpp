@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "anova/allocation.h"
-#include "core/design.h"
+#include "core/checks.h"
 #include "core/rejection.h"
 #include "statpower/anova.h"
 
@@ -41,7 +41,7 @@ double statpower::contrast_effect(std::span<const double> means, std::span<doubl
 double statpower::contrast_power(std::span<const double> means, double sigma, std::span<const double> weights,
                                  double N, std::span<double> coefficients, bool directional, double alpha) {
     const auto k = static_cast<double>(means.size());
-    if (!(k >= 2 && coefficients.size() == means.size() && alpha > 0 && sigma > 0 && N >= k && alpha < 1))
+    if (!(k >= 2 && coefficients.size() == means.size() && sigma > 0 && N >= k && is_between_0_and_1(alpha)))
         return OrvMV::Missing();
     const double es = contrast_effect(means, coefficients, sigma);
     return contrast_power_of_effect(es, weights, N, coefficients, directional, alpha);
@@ -51,7 +51,7 @@ double statpower::contrast_power_of_effect(double es, std::span<const double> we
                                            std::span<const double> coefficients, bool directional,
                                            double alpha) {
     const auto k = static_cast<double>(weights.size());
-    if (!(k >= 2 && coefficients.size() == weights.size() && alpha > 0 && N >= k && alpha < 1))
+    if (!(k >= 2 && coefficients.size() == weights.size() && N >= k && is_between_0_and_1(alpha)))
         return OrvMV::Missing();
     const double noncentrality = N / sum(weights) * square(es) / unit_variance(coefficients, weights);
     return directional ? t_test_power_one_sided(alpha, N - k, std::sqrt(noncentrality))
@@ -73,36 +73,22 @@ double _PowerSCwithES(int k, double es, double* sizes, double N, double* coeffic
 }
 
 double SCFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double target = d.number();
-    const int k = d.integer();
-    const auto [sigma, alpha] = d.numbers<2>();
-    const bool directional = d.integer() != 0;
-    const auto means = d.array(k);
-    const auto weights = d.array(k);
-    const auto given = d.array(k);
-    std::vector<double> coefficients(given.begin(), given.end());
-    return contrast_power(means, sigma, weights, N, coefficients, directional, alpha) - target;
+    const auto d = unpack<ContrastSearch>(design);
+    std::vector<double> coefficients(d.coefficients.begin(), d.coefficients.end());
+    return contrast_power(d.means, d.sigma, d.weights, N, coefficients, d.directional != 0, d.alpha) -
+           d.target;
 }
 
 double SCwESFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double target = d.number();
-    const int k = d.integer();
-    const auto [es, alpha] = d.numbers<2>();
-    const bool directional = d.integer() != 0;
-    const auto weights = d.array(k);
-    const auto coefficients = d.array(k);
-    return contrast_power_of_effect(es, weights, N, coefficients, directional, alpha) - target;
+    const auto d = unpack<ContrastEffectSearch>(design);
+    return contrast_power_of_effect(d.es, d.weights, N, d.coefficients, d.directional != 0, d.alpha) -
+           d.target;
 }
 
 double _SampleSizebyHalfCISCTestFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const double half_width = d.number();
-    const int k = d.integer();
-    const auto [sigma, alpha, total_weight, variance] = d.numbers<4>();
-    return N * square(half_width) / (square(sigma) * total_weight) -
-           square(t_critical(alpha / 2, N - k)) * variance;
+    const auto d = unpack<ContrastHalfWidthSearch>(design);
+    return N * square(d.target) / (square(d.sigma) * d.total_weight) -
+           square(t_critical(d.alpha / 2, N - d.k)) * d.unit_variance;
 }
 
 }  // namespace POWER_NAMESPACE
@@ -114,8 +100,8 @@ double statpower::contrast_allocation(std::span<const double> means, std::span<c
                                       int directional, double sigma, double power, double alpha) {
     const int k = static_cast<int>(means.size());
     const auto weights = proportions(sizes);
-    const auto design = pack_design(power, k, sigma, alpha, directional, means, weights, coefficients);
-    const double N = search_total(design, SCFunc, k, kPowerTolerance);
+    const ContrastSearch design{power, k, sigma, alpha, directional, means, weights, coefficients};
+    const double N = search_total(design, SCFunc, kPowerTolerance);
     return allocate(groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 
@@ -125,14 +111,14 @@ double EffectSizeSC(int k, const double* means, double* coefficients, double sig
 
 double PowerSC(int k, const double* means, const double* sizes, double* coefficients, int directional,
                double sigma, double alpha) {
-    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && sigma > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return contrast_power(groups(k, means), sigma, groups(k, sizes), SampleSizeTotal(k, sizes),
                           groups(k, coefficients), directional != 0, alpha);
 }
 
 double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional, double es,
                   double alpha) {
-    if (!(alpha > 0 && k >= 2 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return contrast_power_of_effect(es, groups(k, sizes), SampleSizeTotal(k, sizes), groups(k, coefficients),
                                     directional != 0, alpha);
 }
@@ -140,7 +126,7 @@ double PowerSCwES(int k, const double* sizes, const double* coefficients, int di
 double PowerReverseSC(int k, const double* means, const double* sizes, const double* coefficients,
                       std::vector<double>* groupSizes, int directional, double sigma, double power,
                       double alpha) {
-    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && sigma > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     return contrast_allocation(groups(k, means), groups(k, sizes), groups(k, coefficients), *groupSizes,
                                directional, sigma, power, alpha);
@@ -149,11 +135,11 @@ double PowerReverseSC(int k, const double* means, const double* sizes, const dou
 double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
                          std::vector<double>* groupSizes, int directional, double es, double power,
                          double alpha) {
-    if (!(alpha > 0 && k >= 2 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto weights = proportions(groups(k, sizes));
-    const auto design = pack_design(power, k, es, alpha, directional, weights, groups(k, coefficients));
-    const double N = search_total(design, SCwESFunc, k, kPowerTolerance);
+    const ContrastEffectSearch design{power, k, es, alpha, directional, weights, groups(k, coefficients)};
+    const double N = search_total(design, SCwESFunc, kPowerTolerance);
     return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 
@@ -166,11 +152,11 @@ double HalfCISCTest(int k, const double* sizes, const double* coefficients, doub
 double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
                                   std::vector<double>* groupSizes, double halfWidth, double sigma,
                                   double alpha) {
-    if (!(alpha > 0 && k >= 2 && sigma > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && sigma > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const double total = SampleSizeTotal(k, sizes);
     const double variance = unit_variance(groups(k, coefficients), groups(k, sizes));
-    const auto design = pack_design(halfWidth, k, sigma, alpha, total, variance);
-    const double N = search_total(design, _SampleSizebyHalfCISCTestFunc, k, kHalfWidthTolerance);
+    const ContrastHalfWidthSearch design{halfWidth, k, sigma, alpha, total, variance};
+    const double N = search_total(design, _SampleSizebyHalfCISCTestFunc, kSizeTolerance);
     return allocate(*groupSizes, [&](std::size_t i) { return sizes[i] * N / total; });
 }

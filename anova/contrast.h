@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "core/design.h"
 #include "statpower/core.h"
 
 namespace statpower {
@@ -34,6 +35,39 @@ double contrast_allocation(std::span<const double> means, std::span<const double
                            std::span<const double> coefficients, std::vector<double>& groupSizes,
                            int directional, double sigma, double power, double alpha);
 
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct ContrastSearch {
+    double target;
+    int k;
+    double sigma, alpha;
+    int directional;
+    std::span<const double> means, weights, coefficients;
+    auto fields() {
+        return std::tuple_cat(std::tie(target, k, sigma, alpha, directional),
+                              arrays(k, means, weights, coefficients));
+    }
+};
+
+struct ContrastEffectSearch {
+    double target;
+    int k;
+    double es, alpha;
+    int directional;
+    std::span<const double> weights, coefficients;
+    auto fields() {
+        return std::tuple_cat(std::tie(target, k, es, alpha, directional), arrays(k, weights, coefficients));
+    }
+};
+
+/// total_weight: W, the sum of the weights; unit_variance: Q.
+struct ContrastHalfWidthSearch {
+    double target;
+    int k;
+    double sigma, alpha, total_weight, unit_variance;
+    auto fields() { return std::tie(target, k, sigma, alpha, total_weight, unit_variance); }
+};
+
 }  // namespace statpower
 
 namespace POWER_NAMESPACE {
@@ -46,16 +80,14 @@ STATPOWER_API double _PowerSCwithN(int k, double* means, double sigma, double* s
 STATPOWER_API double _PowerSCwithES(int k, double es, double* sizes, double N, double* coefficients,
                                     int directional, double alpha);
 
-/// Power at N minus the target. Design: target power, k, sigma, alpha, directional, k means, k proportions,
-/// k coefficients.
+/// Power at N minus the target. Design: ContrastSearch.
 STATPOWER_API double SCFunc(double N, std::vector<double> design, OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Power at N minus the target. Design: target power, k, es, alpha, directional, k proportions, k
-/// coefficients.
+/// Power at N minus the target. Design: ContrastEffectSearch.
 STATPOWER_API double SCwESFunc(double N, std::vector<double> design, OrvCommon_940::OrvQueryCancel* cancel);
 
 /// N halfWidth^2 / (sigma^2 W) - t^2 Q, negative while the half-width at N exceeds the target.
-/// Design: target half-width, k, sigma, alpha, W, Q.
+/// Design: ContrastHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfCISCTestFunc(double N, std::vector<double> design,
                                                    OrvCommon_940::OrvQueryCancel* cancel);
 

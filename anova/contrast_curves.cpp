@@ -2,13 +2,14 @@
 // first one repairs them for all that follow.
 #include "anova/contrast.h"
 #include "anova/plot_range.h"
+#include "core/checks.h"
 #include "statpower/anova.h"
 
 using namespace statpower;
 
 XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coefficients, int nMin, int nMax,
                int directional, double sigma, double alpha) {
-    if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && alpha > 0 && alpha < 1)) return {};
+    if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N) {
         return contrast_power(groups(k, means), sigma, groups(k, sizes), N, groups(k, coefficients),
                               directional != 0, alpha);
@@ -19,7 +20,7 @@ XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coeffici
 
 XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nMin, int nMax, int directional,
                   double es, double alpha) {
-    if (!(k >= 2 && valid_ends(nMin, nMax) && alpha > 0 && alpha < 1)) return {};
+    if (!(k >= 2 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     return curve(sample_sizes(nMin, nMax), [&](double N) {
         return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients), directional != 0,
                                         alpha);
@@ -28,7 +29,7 @@ XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nM
 
 XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coefficients, int directional,
                 double sigma, double sdMin, double sdMax, double alpha, double step) {
-    if (!(k >= 2 && sigma > 0 && alpha > 0 && sdMin <= sdMax && alpha < 1)) return {};
+    if (!(k >= 2 && sigma > 0 && sdMin <= sdMax && is_between_0_and_1(alpha))) return {};
     return curve(standard_deviations(groups(k, means), groups(k, sizes), sdMin, sdMax, step), [&](double sd) {
         return to_single(PowerSC(k, means, sizes, coefficients, directional, sd, alpha));
     });
@@ -36,7 +37,7 @@ XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coeffic
 
 XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coefficients, int nMin, int nMax,
                    int directional, double sigma, double sdMin, double sdMax, double alpha, double step) {
-    if (!(valid_ends(nMin, nMax) && sigma > 0 && sdMin <= sdMax && alpha > 0 && alpha < 1)) return {};
+    if (!(sigma > 0 && valid_ends(nMin, nMax) && sdMin <= sdMax && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N, double sd) {
         return contrast_power(groups(k, means), sd, groups(k, sizes), N, groups(k, coefficients),
                               directional != 0, alpha);

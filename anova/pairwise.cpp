@@ -5,7 +5,8 @@
 #include <optional>
 
 #include "anova/contrast.h"
-#include "core/sums.h"
+#include "core/checks.h"
+#include "core/groups.h"
 #include "statpower/anova.h"
 
 using namespace statpower;
@@ -43,13 +44,13 @@ std::optional<double> adjusted_level(int method, double alpha, double k) {
 }  // namespace
 
 double EffectSizePairwiseDiff(int k, const double* means, const double*, int i, int j, double sd) {
-    if (!(i < j && k >= 2 && sd > 0 && i > 0)) return OrvMV::Missing();
+    if (!(k >= 2 && i > 0 && i < j && sd > 0)) return OrvMV::Missing();
     return EffectSizeSC(k, means, pair_contrast(k, i, j).data(), sd);
 }
 
 double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i, int j, int method, double sd,
                          double alpha) {
-    if (!(k >= 2 && sd > 0 && i > 0 && alpha > 0 && i < j && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && i > 0 && i < j && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     const auto level = adjusted_level(method, alpha, k);
     if (!level) return OrvMV::Missing();
     return PowerSC(k, means, sizes, pair_contrast(k, i, j).data(), kTwoSided, sd, *level);
@@ -58,7 +59,7 @@ double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i,
 double PowerReversePairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                 std::vector<double>& groupSizes, int method, double sd, double power,
                                 double alpha) {
-    if (!(k > 1 && sd > 0 && i > 0 && alpha > 0 && i < j && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && i > 0 && i < j && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     groupSizes.resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto level = adjusted_level(method, alpha, k);
     if (!level) return OrvMV::Missing();
@@ -76,7 +77,7 @@ double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, 
 double PowerReversebyHalfCIPairwiseDiff(int k, const double* sizes, int i, int j,
                                         std::vector<double>& groupSizes, int method, double halfWidth,
                                         double sd, double alpha) {
-    if (!(alpha > 0 && k > 1 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(k >= 2 && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     groupSizes.resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto level = adjusted_level(method, alpha, k);
     if (!level) return OrvMV::Missing();

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "core/curves.h"
+#include "core/groups.h"
 #include "core/sums.h"
 #include "statpower/visibility.h"
 

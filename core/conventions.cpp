@@ -4,6 +4,7 @@
 #include <limits>
 #include <numeric>
 
+#include "core/groups.h"
 #include "core/sums.h"
 #include "statpower/core.h"
 

@@ -1,71 +1,90 @@
-// Design vectors: packed by pack_design and read back in the same order by DesignReader.
+// Design vectors: what a sample-size search hands to its objective, element 0 the target.
+//
+// A design vector is declared once, as a small struct whose fields() tie its members in the order of the
+// vector; pack() and unpack() go from one to the other:
+//
+//     struct EffectSearch {
+//         double target, es, alpha;
+//         auto fields() { return std::tie(target, es, alpha); }
+//     };
+//
+// Numbers stand as they are, integer codes as doubles, flags as 1 or 0, arrays element by element.
 #pragma once
 
-#include <array>
-#include <concepts>
 #include <limits>
 #include <span>
+#include <tuple>
 #include <vector>
 
 #include "core/integers.h"
 
 namespace statpower {
 
+/// An array in a design vector: `count`, which stands before it, elements.
+struct DesignArray {
+    const int& count;
+    std::span<const double>& values;
+};
+
+/// The arrays of a design with `count` groups, for fields(): std::tuple_cat(std::tie(...), arrays(k, ...)).
+template <class... Spans>
+auto arrays(const int& count, Spans&... values) {
+    return std::make_tuple(DesignArray{count, values}...);
+}
+
 namespace detail {
-inline void append(std::vector<double>& design, std::convertible_to<double> auto value) {
-    design.push_back(static_cast<double>(value));
-}
-inline void append(std::vector<double>& design, std::span<const double> values) {
-    design.insert(design.end(), values.begin(), values.end());
-}
-}  // namespace detail
 
-/// The elements in order: numbers as they are, integer codes as doubles, flags as 1 or 0, arrays element by
-/// element.
-template <class... Elements>
-std::vector<double> pack_design(const Elements&... elements) {
+struct DesignWriter {
     std::vector<double> design;
-    (detail::append(design, elements), ...);
-    return design;
-}
 
-/// Reads a design vector front to back. Elements beyond its end read as NaN, and an array that does not fit
-/// as an empty one.
-class DesignReader {
-  public:
-    explicit DesignReader(std::span<const double> design) : rest_(design) {}
+    void operator()(double number) { design.push_back(number); }
+    void operator()(DesignArray array) {
+        for (double value : array.values) design.push_back(value);
+    }
+};
 
-    double number() {
-        if (rest_.empty()) return std::numeric_limits<double>::quiet_NaN();
-        const double value = rest_.front();
-        rest_ = rest_.subspan(1);
+/// Front to back. Elements beyond the end read as NaN, and an array that does not fit as an empty one.
+struct DesignReader {
+    std::span<const double> rest;
+
+    double next() {
+        if (rest.empty()) return std::numeric_limits<double>::quiet_NaN();
+        const double value = rest.front();
+        rest = rest.subspan(1);
         return value;
     }
 
-    /// The next `count` numbers, for a structured binding: auto [target, es, alpha] = d.numbers<3>().
-    template <std::size_t count>
-    std::array<double, count> numbers() {
-        std::array<double, count> values;
-        for (double& value : values) value = number();
-        return values;
+    void operator()(double& number) { number = next(); }
+    void operator()(int& code) { code = to_int(next()); }
+    void operator()(bool& flag) { flag = next() != 0; }
+    void operator()(DesignArray array) {
+        if (array.count < 0 || rest.size() < static_cast<std::size_t>(array.count)) {
+            array.values = {};
+            return;
+        }
+        array.values = rest.first(static_cast<std::size_t>(array.count));
+        rest = rest.subspan(array.values.size());
     }
-
-    /// An integer code, by truncation towards zero.
-    int integer() { return to_int(number()); }
-
-    /// A flag: true when not equal to 0.
-    bool flag() { return number() != 0; }
-
-    /// The next `count` elements.
-    std::span<const double> array(int count) {
-        if (count < 0 || rest_.size() < static_cast<std::size_t>(count)) return {};
-        const auto values = rest_.first(static_cast<std::size_t>(count));
-        rest_ = rest_.subspan(values.size());
-        return values;
-    }
-
-  private:
-    std::span<const double> rest_;
 };
+
+}  // namespace detail
+
+/// The vector of a design.
+template <class Design>
+std::vector<double> pack(Design design) {
+    detail::DesignWriter write;
+    write.design.reserve(16);
+    std::apply([&](const auto&... field) { (write(field), ...); }, design.fields());
+    return std::move(write.design);
+}
+
+/// The design of a vector, whose arrays it refers to.
+template <class Design>
+Design unpack(std::span<const double> vector) {
+    Design design{};
+    detail::DesignReader read{vector};
+    std::apply([&](auto&&... field) { (read(field), ...); }, design.fields());
+    return design;
+}
 
 }  // namespace statpower

@@ -1,6 +1,5 @@
 #include "core/rejection.h"
 
-#include "orvcommon/dist_fun.h"
 #include "orvcommon/mv.h"
 
 namespace statpower {

@@ -1,5 +1,7 @@
-// Powers of F and t tests: the steps that every family shares.
+// Critical values and probabilities of rejection: the steps that the tests of every family share.
 #pragma once
+
+#include "orvcommon/dist_fun.h"
 
 namespace statpower {
 
@@ -12,6 +14,17 @@ double upper_tail(double cumulative);
 
 /// Probability below a critical value. A missing one counts as 0.
 double lower_tail(double cumulative);
+
+/// The part of a level that one tail gets: half of it in a two-sided test (sides 0), else all of it.
+inline double tail_level(int sides, double alpha) {
+    return sides == 0 ? alpha / 2 : alpha;
+}
+
+/// Critical value of a z test that leaves `tail` above it: the 1 - tail quantile of the standard normal
+/// distribution.
+inline double z_critical(double tail) {
+    return OrvMath_940::OrvDistFun::IdfStdNorm(1 - tail);
+}
 
 /// Accuracy settings that go with a t quantile. The replacement of the common library has no need of them;
 /// another one may.

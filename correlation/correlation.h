@@ -2,37 +2,85 @@
 // surfaces.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
+
+namespace statpower {
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct PearsonSearch {
+    double target, r, r0;
+    int sided;
+    bool bias;
+    double alpha;
+    auto fields() { return std::tie(target, r, r0, sided, bias, alpha); }
+};
+
+struct SpearmanSearch {
+    double target, r, r0;
+    int method, sided;
+    double alpha;
+    auto fields() { return std::tie(target, r, r0, method, sided, alpha); }
+};
+
+struct PartialSearch {
+    double target, k, r, r0;
+    int sided;
+    double alpha;
+    auto fields() { return std::tie(target, k, r, r0, sided, alpha); }
+};
+
+struct PearsonHalfWidthSearch {
+    double target, r;
+    bool bias;
+    double alpha;
+    auto fields() { return std::tie(target, r, bias, alpha); }
+};
+
+struct SpearmanHalfWidthSearch {
+    double target, r;
+    int method;
+    double alpha;
+    auto fields() { return std::tie(target, r, method, alpha); }
+};
+
+struct PartialHalfWidthSearch {
+    double target, k, r, alpha;
+    auto fields() { return std::tie(target, k, r, alpha); }
+};
+
+}  // namespace statpower
 
 namespace POWER_NAMESPACE {
 
 // ---- Power at N minus the target -------------------------------------------------------------------------
 
-/// Design: target power, r, r0, sided, bias, alpha.
+/// Design: PearsonSearch.
 STATPOWER_API double PowerbyOneSampPearsonFunc(double N, std::vector<double> design,
                                                OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Design: target power, r, r0, method, sided, alpha.
+/// Design: SpearmanSearch.
 STATPOWER_API double PowerbyOneSampSpearmanFunc(double N, std::vector<double> design,
                                                 OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Design: target power, k, r, r0, sided, alpha.
+/// Design: PartialSearch.
 STATPOWER_API double PowerbyOneSampPartialFunc(double N, std::vector<double> design,
                                                OrvCommon_940::OrvQueryCancel* cancel);
 
 // ---- Target half-width minus the half-width at N ---------------------------------------------------------
 
-/// Design: target half-width, r, bias, alpha.
+/// Design: PearsonHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfCIOneSampPearson(double N, std::vector<double> design,
                                                        OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Design: target half-width, r, method, alpha.
+/// Design: SpearmanHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfCIOneSampSpearman(double N, std::vector<double> design,
                                                         OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Design: target half-width, k, r, alpha.
+/// Design: PartialHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfCIOneSampPartial(double N, std::vector<double> design,
                                                        OrvCommon_940::OrvQueryCancel* cancel);
 

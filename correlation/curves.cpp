@@ -15,7 +15,7 @@ using namespace statpower;
 namespace {
 
 /// A sample size, the alternative and the null correlation, and a level.
-struct Design {
+struct Setting {
     double N;
     double r;
     double r0;
@@ -109,14 +109,14 @@ Range pearson_surface_range(int nMin, int nMax) {
     return nMin != nMax || nMin == 0 ? pearson_range(nMin, nMax) : std::nullopt;
 }
 
-Range spearman_range(const Spearman& test, int nMin, int nMax, const Design& d) {
+Range spearman_range(const Spearman& test, int nMin, int nMax, const Setting& d) {
     if (is_too_small(nMin) || nMax > kLargestSize) return {};
     if (nMin == 0 || nMax == 0)
         POWER_NAMESPACE::_SetPlotRangeN(d.N, d.r, d.r0, test.method, test.sided, d.alpha, nMin, nMax);
     return {{nMin, nMax}};
 }
 
-Range partial_range(const Partial& test, int nMin, int nMax, const Design& d) {
+Range partial_range(const Partial& test, int nMin, int nMax, const Setting& d) {
     if (nMin > nMax || (nMin != 0 && (nMin == nMax || nMin < test.k + 4)) || nMax > test.k + kLargestSize)
         return {};
     if (nMin == 0 || nMax == 0)
@@ -128,17 +128,17 @@ Range partial_range(const Partial& test, int nMin, int nMax, const Design& d) {
 
 template <class Test>
 bool is_valid(const Test& test, double N, double alpha) {
-    return test.allows(N) && inside_unit_interval(alpha);
+    return test.allows(N) && is_inside_unit_interval(alpha);
 }
 
 /// Both correlations are checked, even where the curve varies one of them.
 template <class Test>
-bool is_valid(const Test& test, const Design& d) {
+bool is_valid(const Test& test, const Setting& d) {
     return is_valid(test, d.N, d.alpha) && is_correlation(d.r) && is_correlation(d.r0);
 }
 
 template <class Test>
-XYPlot over_size(const Test& test, const Range& range, const Design& d) {
+XYPlot over_size(const Test& test, const Range& range, const Setting& d) {
     if (!(range && is_valid(test, d))) return {};
     return curve(sizes(*range), [&](double N) { return test.power(N, d.r, d.r0, d.alpha); });
 }
@@ -164,21 +164,21 @@ XYPlot over_difference(const Test& test, double N, double r0, double alpha, doub
 // ---- Surfaces --------------------------------------------------------------------------------------------
 
 template <class Test>
-XYZPlot over_size_and_difference(const Test& test, const Range& range, const Design& d, double step) {
+XYZPlot over_size_and_difference(const Test& test, const Range& range, const Setting& d, double step) {
     if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(surface_sample_sizes(range->min, range->max), lower_differences(d.r0, step),
                    [&](double N, double y) { return test.power(N, y + d.r0, d.r0, d.alpha); });
 }
 
 template <class Test>
-XYZPlot over_size_and_null(const Test& test, const Range& range, const Design& d, double step) {
+XYZPlot over_size_and_null(const Test& test, const Range& range, const Setting& d, double step) {
     if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(sizes(*range), correlations(step),
                    [&](double N, double r0) { return test.power(N, d.r, r0, d.alpha); });
 }
 
 template <class Test>
-XYZPlot over_size_and_alternative(const Test& test, const Range& range, const Design& d, double step) {
+XYZPlot over_size_and_alternative(const Test& test, const Range& range, const Setting& d, double step) {
     if (!(range && is_valid(test, d) && is_grid_step(step))) return {};
     return surface(sizes(*range), correlations(step),
                    [&](double N, double r) { return test.power(N, r, d.r0, d.alpha); });
@@ -303,7 +303,7 @@ XYPlot PlotNOneSampPartial(int sided, int nMin, int nMax, double N, double k, do
 }
 
 XYPlot PlotNPartialoutOneSampPartial(int sided, double N, double r, double r0, double alpha) {
-    if (!(N > 3 && is_correlation(r) && is_correlation(r0) && inside_unit_interval(alpha))) return {};
+    if (!(N > 3 && is_correlation(r) && is_correlation(r0) && is_inside_unit_interval(alpha))) return {};
     return curve(multiples(std::trunc(N) - 4, 0, 1), [&](double k) {
         return Partial{sided, k}.power(N, r, r0, alpha);
     });

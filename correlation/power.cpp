@@ -3,7 +3,9 @@
 #include <limits>
 
 #include "core/checks.h"
-#include "core/design.h"
+#include "core/rejection.h"
+#include "core/result_codes.h"
+#include "core/search.h"
 #include "core/sums.h"
 #include "correlation/correlation.h"
 #include "correlation/fisher_z.h"
@@ -16,11 +18,8 @@ using OrvMath_940::OrvDistFun;
 
 namespace {
 
-constexpr double kInvalid = -1;
-constexpr double kTolerance = 1e-9;
-
 bool is_valid(double N, double r, double r0, double alpha) {
-    return std::isfinite(N) && is_correlation(r) && is_correlation(r0) && inside_unit_interval(alpha);
+    return std::isfinite(N) && is_correlation(r) && is_correlation(r0) && is_inside_unit_interval(alpha);
 }
 
 /// Difference of z under the alternative and under the null. The largest finite double stands for an infinite
@@ -35,7 +34,7 @@ double fisher_difference(double r, double r0) {
 /// @param distance  between alternative and null, in standard deviations of z under the null
 /// @param ratio     standard deviation of z under the alternative to that under the null
 double z_test_power(int sided, double r, double r0, double alpha, double distance, double ratio) {
-    const double q = OrvDistFun::IdfStdNorm(1 - (sided != 0 ? alpha : alpha / 2));
+    const double q = z_critical(tail_level(sided, alpha));
     const auto above = [&] { return OrvDistFun::CdfStdNorm((distance - q) / ratio); };
     const auto below = [&] { return 1 - OrvDistFun::CdfStdNorm((q + distance) / ratio); };
     if (sided == 0) return above() + below();
@@ -93,46 +92,37 @@ double PowerbyOneSampPartial(int sided, double N, double k, double r, double r0,
 namespace POWER_NAMESPACE {
 
 double PowerbyOneSampPearsonFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [target, r, r0] = d.numbers<3>();
-    const int sided = d.integer();
-    const bool bias = d.flag();
-    const double alpha = d.number();
-    return PowerbyOneSampPearson(sided, bias, N, r, r0, alpha) - target;
+    const auto d = unpack<PearsonSearch>(design);
+    return PowerbyOneSampPearson(d.sided, d.bias, N, d.r, d.r0, d.alpha) - d.target;
 }
 
 double PowerbyOneSampSpearmanFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [target, r, r0] = d.numbers<3>();
-    const int method = d.integer();
-    const int sided = d.integer();
-    const double alpha = d.number();
-    return PowerbyOneSampSpearman(method, sided, N, r, r0, alpha) - target;
+    const auto d = unpack<SpearmanSearch>(design);
+    return PowerbyOneSampSpearman(d.method, d.sided, N, d.r, d.r0, d.alpha) - d.target;
 }
 
 double PowerbyOneSampPartialFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [target, k, r, r0] = d.numbers<4>();
-    const int sided = d.integer();
-    const double alpha = d.number();
-    return PowerbyOneSampPartial(sided, N, k, r, r0, alpha) - target;
+    const auto d = unpack<PartialSearch>(design);
+    return PowerbyOneSampPartial(d.sided, N, d.k, d.r, d.r0, d.alpha) - d.target;
 }
 
 }  // namespace POWER_NAMESPACE
 
+using namespace POWER_NAMESPACE;
+
 double PowerReversebyOneSampPearson(int sided, bool bias, OrvQueryCancel* cancel, double power, double r,
                                     double r0, double alpha) {
-    return PowerReverse(pack_design(power, r, r0, sided, bias, alpha),
-                        POWER_NAMESPACE::PowerbyOneSampPearsonFunc, cancel, 4, 400, kTolerance);
+    const PearsonSearch design{power, r, r0, sided, bias, alpha};
+    return search_size(design, PowerbyOneSampPearsonFunc, cancel, 4, kFirstReach);
 }
 
 double PowerReversebyOneSampSpearman(int method, int sided, double power, double r, double r0, double alpha) {
+    const SpearmanSearch design{power, r, r0, method, sided, alpha};
     const double smallest = method == 2 ? 3 : 4;
-    return PowerReverse(pack_design(power, r, r0, method, sided, alpha),
-                        POWER_NAMESPACE::PowerbyOneSampSpearmanFunc, nullptr, smallest, 400, kTolerance);
+    return search_size(design, PowerbyOneSampSpearmanFunc, nullptr, smallest, kFirstReach);
 }
 
 double PowerReversebyOneSampPartial(int sided, double power, double k, double r, double r0, double alpha) {
-    return PowerReverse(pack_design(power, k, r, r0, sided, alpha),
-                        POWER_NAMESPACE::PowerbyOneSampPartialFunc, nullptr, k + 3, k + 400, kTolerance);
+    const PartialSearch design{power, k, r, r0, sided, alpha};
+    return search_size(design, PowerbyOneSampPartialFunc, nullptr, k + 3, k + kFirstReach);
 }

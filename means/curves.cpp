@@ -1,6 +1,7 @@
 // Curves and surfaces of the t tests.
 #include <cmath>
 
+#include "core/checks.h"
 #include "core/curves.h"
 #include "means/paired.h"
 #include "means/two.h"
@@ -11,23 +12,23 @@ using namespace POWER_NAMESPACE;
 
 namespace {
 
-// ---- One-sample and related samples ----------------------------------------------------------------------
+// ---- One mean and paired means ---------------------------------------------------------------------------
 
 /// Power for a size and an effect size.
 using PowerOfSize = double (*)(double N, double es, double alpha);
 
-PowerOfSize one_sample_power(int directional) {
+PowerOfSize one_mean_power(int directional) {
     return directional != 0 ? PowerOneSampleDirectionalES : PowerOneSampleNondirectionalES;
 }
 
-PowerOfSize related_power(int directional) {
+PowerOfSize paired_means_power(int directional) {
     return directional != 0 ? PowerRelatedDirectionalES : PowerRelatedNondirectionalES;
 }
 
 /// The curve of power(N), checked as every curve over the sample size is.
 template <class Power>
 XYPlot curve_over_size(int nLow, int nHigh, double alpha, Power power) {
-    if (alpha <= 0 || nLow < 2 || nHigh <= nLow || alpha >= 1) return {};
+    if (nLow < 2 || nHigh <= nLow || is_refused_level(alpha)) return {};
     return curve(sample_sizes(nLow, nHigh), [&](double N) { return to_single(power(N)); });
 }
 
@@ -44,7 +45,7 @@ Interval effect_size_range(int directional, double low, double high) {
 }
 
 bool effect_sizes_refused(int directional, Interval es, double alpha) {
-    return (directional == 0 && es.low < 0) || es.low >= es.high || alpha <= 0 || alpha >= 1;
+    return (directional == 0 && es.low < 0) || es.low >= es.high || is_refused_level(alpha);
 }
 
 /// The curve of power(es).
@@ -60,12 +61,12 @@ XYPlot curve_over_effect_size(int directional, double esLow, double esHigh, doub
 XYZPlot surface_over_effect_size_and_size(int nLow, int nHigh, int directional, double esLow, double esHigh,
                                           double alpha, double stepFraction, PowerOfSize power) {
     const Interval es = effect_size_range(directional, esLow, esHigh);
-    if (effect_sizes_refused(directional, es, alpha) || nLow < 2 || nHigh <= nLow) return {};
+    if (nLow < 2 || nHigh <= nLow || effect_sizes_refused(directional, es, alpha)) return {};
     return surface(fractions(es.low, es.high, stepFraction), surface_sample_sizes(nLow, nHigh),
                    [&](double x, double N) { return to_single(power(N, x, alpha)); });
 }
 
-// ---- Independent samples ---------------------------------------------------------------------------------
+// ---- Two means -------------------------------------------------------------------------------------------
 
 using PowerOfSizes = double (*)(double N1, double N2, double es, double alpha);
 using PowerOfRatio = double (*)(double Ntotal, double ratio, double diff, double sd1, double sd2,
@@ -140,14 +141,14 @@ XYPlot PlotNOneSample(int nLow, int nHigh, int directional, double, double mean,
 }
 
 XYPlot PlotNOneSampleFES(int nLow, int nHigh, int directional, double es, double alpha) {
-    const auto power = one_sample_power(directional);
+    const auto power = one_mean_power(directional);
     return curve_over_size(nLow, nHigh, alpha, [&](double N) { return power(N, es, alpha); });
 }
 
 XYPlot PlotESOneSample(int directional, double N, double esLow, double esHigh, double alpha,
                        double stepFraction) {
     if (N <= 1) return {};
-    const auto power = one_sample_power(directional);
+    const auto power = one_mean_power(directional);
     return curve_over_effect_size(directional, esLow, esHigh, alpha, stepFraction,
                                   [&](double es) { return power(N, es, alpha); });
 }
@@ -155,7 +156,7 @@ XYPlot PlotESOneSample(int directional, double N, double esLow, double esHigh, d
 XYZPlot PlotNaESOneSample(int nLow, int nHigh, int directional, double esLow, double esHigh, double alpha,
                           double stepFraction) {
     return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction,
-                                             one_sample_power(directional));
+                                             one_mean_power(directional));
 }
 
 XYPlot PlotNRelated(int nLow, int nHigh, int directional, double, double mean1, double sd1, double mean2,
@@ -167,14 +168,14 @@ XYPlot PlotNRelated(int nLow, int nHigh, int directional, double, double mean1, 
 }
 
 XYPlot PlotNRelatedFES(int nLow, int nHigh, int directional, double es, double alpha) {
-    const auto power = related_power(directional);
+    const auto power = paired_means_power(directional);
     return curve_over_size(nLow, nHigh, alpha, [&](double N) { return power(N, es, alpha); });
 }
 
 XYPlot PlotESRelated(int directional, double N, double esLow, double esHigh, double alpha,
                      double stepFraction) {
     if (N <= 1) return {};
-    const auto power = related_power(directional);
+    const auto power = paired_means_power(directional);
     return curve_over_effect_size(directional, esLow, esHigh, alpha, stepFraction,
                                   [&](double es) { return power(N, es, alpha); });
 }
@@ -182,15 +183,15 @@ XYPlot PlotESRelated(int directional, double N, double esLow, double esHigh, dou
 XYZPlot PlotNaESRelated(int nLow, int nHigh, int directional, double esLow, double esHigh, double alpha,
                         double stepFraction) {
     return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction,
-                                             related_power(directional));
+                                             paired_means_power(directional));
 }
 
 XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double sd1, double mean2,
                             double sd2, double ratioLow, double ratioHigh, double alpha,
                             double stepFraction) {
     const Interval ratio = ratio_range(Ntotal, ratioLow, ratioHigh);
-    if (!(ratio.low <= ratio.high && 1 / (Ntotal - 1) < ratio.low && 0 < alpha && alpha < 1 && sd2 > 0 &&
-          sd1 > 0 && Ntotal > 1 && ratio.high < Ntotal - 1))
+    if (!(Ntotal > 1 && 1 / (Ntotal - 1) < ratio.low && ratio.low <= ratio.high && ratio.high < Ntotal - 1 &&
+          sd1 > 0 && sd2 > 0 && is_between_0_and_1(alpha)))
         return {};
     const auto pooled = pooled_power(directional);
     const auto welch = welch_power(directional);
@@ -206,8 +207,8 @@ XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double
 XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double ratioLow, double ratioHigh,
                                double alpha, double stepFraction) {
     const Interval ratio = ratio_range(Ntotal, ratioLow, ratioHigh);
-    if (ratio.low > ratio.high || ratio.low <= 1 / (Ntotal - 1) || alpha <= 0 || alpha >= 1 || Ntotal <= 1 ||
-        ratio.high >= Ntotal - 1)
+    if (Ntotal <= 1 || ratio.low <= 1 / (Ntotal - 1) || ratio.low > ratio.high || ratio.high >= Ntotal - 1 ||
+        is_refused_level(alpha))
         return {};
     const auto power = pooled_power(directional);
     auto plot = curve(parts(ratio, stepFraction), [&](double r) {
@@ -219,7 +220,7 @@ XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double
 
 XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, double esHigh, double alpha,
                         double stepFraction) {
-    if (N2 <= 1 || N1 <= 1) return {};
+    if (N1 <= 1 || N2 <= 1) return {};
     const auto power = pooled_power(directional);
     return curve_over_effect_size(directional, esLow, esHigh, alpha, stepFraction,
                                   [&](double es) { return power(N1, N2, es, alpha); });
@@ -228,7 +229,7 @@ XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, dou
 XYPlot PlotMeanDiffIndepended(int directional, double N1, double mean1, double sd1, double N2, double mean2,
                               double sd2, double diffLow, double diffHigh, double alpha, double diffStep) {
     const Interval diff = difference_range(mean1, mean2, diffLow, diffHigh);
-    if (!(0 < alpha && alpha < 1 && sd2 > 0 && sd1 > 0 && N2 > 1 && N1 > 1 && diff.low <= diff.high &&
+    if (!(N1 > 1 && N2 > 1 && sd1 > 0 && sd2 > 0 && diff.low <= diff.high && is_between_0_and_1(alpha) &&
           is_step(diffStep)))
         return {};
     const auto power = welch_power(directional);
@@ -242,7 +243,7 @@ XYZPlot PlotRatioaESIndependent(int directional, double Ntotal, double ratioLow,
                                 double esLow, double esHigh, double alpha, double stepFraction) {
     const Interval ratio = ratio_range(Ntotal, ratioLow, ratioHigh);
     const Interval es = effect_size_range(directional, esLow, esHigh);
-    if (effect_sizes_refused(directional, es, alpha) || ratio.low >= ratio.high || Ntotal <= 1) return {};
+    if (Ntotal <= 1 || ratio.low >= ratio.high || effect_sizes_refused(directional, es, alpha)) return {};
     const auto power = pooled_power(directional);
     auto plot = surface(parts(ratio, stepFraction), parts(es, stepFraction), [&](double r, double effect) {
         return to_single(pooled_power_at_ratio(power, Ntotal, r, effect, alpha));
@@ -256,8 +257,8 @@ XYZPlot PlotRatioaMeanDiffIndependent(int directional, double Ntotal, double mea
                                       double diffHigh, double alpha, double stepFraction) {
     const Interval ratio = ratio_range(Ntotal, ratioLow, ratioHigh);
     const Interval diff = difference_range(mean1, mean2, diffLow, diffHigh);
-    if (!(ratio.low <= ratio.high && 0 < alpha && alpha < 1 && sd2 > 0 && sd1 > 0 && Ntotal > 1 &&
-          diff.low <= diff.high))
+    if (!(Ntotal > 1 && ratio.low <= ratio.high && sd1 > 0 && sd2 > 0 && diff.low <= diff.high &&
+          is_between_0_and_1(alpha)))
         return {};
     const auto power = welch_power(directional);
     auto plot =

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "core/checks.h"
 #include "core/curves.h"
-#include "core/design.h"
 #include "core/rejection.h"
 #include "core/sums.h"
 #include "means/search.h"
@@ -25,8 +25,8 @@ double DirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
 }
 
 double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    const auto [half_width, sd, alpha] = DesignReader(design).numbers<3>();
-    return N * (square(half_width) / square(sd)) - square(t_critical(alpha / 2, N - 1));
+    const auto d = unpack<OneMeanHalfWidthSearch>(design);
+    return N * (square(d.target) / square(d.sd)) - square(t_critical(d.alpha / 2, N - 1));
 }
 
 void _SetPlotRangeN(double N, double mean, double sd, int& nMin, int& nMax, int directional, double mean0,
@@ -49,40 +49,41 @@ double PowerOneSampleNondirectionalES(double N, double es, double alpha) {
 }
 
 double PowerOneSampleDirectionalES(double N, double es, double alpha) {
-    if (!(alpha > 0 && N > 1 && alpha < 1)) return OrvMV::Missing();
+    if (!(N > 1 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return t_test_power_one_sided(alpha, N - 1, std::sqrt(N) * std::abs(es));
 }
 
 double PowerOneSampleNondirectional(double N, double mean, double sd, double mean0, double alpha) {
-    if (!(alpha > 0 && N > 1 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(N > 1 && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return PowerOneSampleNondirectionalES(N, EffectSizeOneSample(mean, sd, mean0), alpha);
 }
 
 double PowerOneSampleDirectional(double N, double mean, double sd, double mean0, double alpha) {
-    if (!(alpha > 0 && N > 1 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(N > 1 && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return PowerOneSampleDirectionalES(N, EffectSizeOneSample(mean, sd, mean0), alpha);
 }
 
 double PowerReverseOneSampleNondirectionalES(double power, double es, double alpha) {
-    return search_size(pack_design(power, es, alpha), NondirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, NondirectionalFunc);
 }
 
 double PowerReverseOneSampleDirectionalES(double power, double es, double alpha) {
-    return search_size(pack_design(power, es, alpha), DirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, DirectionalFunc);
 }
 
 double PowerReverseOneSampleNondirectional(double power, double mean, double sd, double mean0, double alpha) {
-    if (!(alpha > 0 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return PowerReverseOneSampleNondirectionalES(power, EffectSizeOneSample(mean, sd, mean0), alpha);
 }
 
 double PowerReverseOneSampleDirectional(double power, double mean, double sd, double mean0, double alpha) {
-    if (!(alpha > 0 && sd > 0 && alpha < 1)) return OrvMV::Missing();
+    if (!(sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return PowerReverseOneSampleDirectionalES(power, EffectSizeOneSample(mean, sd, mean0), alpha);
 }
 
 double PowerReversebyHalfCIOneSampleMeans(double halfWidth, double sd, double alpha) {
-    return std::ceil(search_size(pack_design(halfWidth, sd, alpha), _SampleSizebyHalfWidthCIOneSampleFunc));
+    return std::ceil(
+        search_size(OneMeanHalfWidthSearch{halfWidth, sd, alpha}, _SampleSizebyHalfWidthCIOneSampleFunc));
 }
 
 double HalfCIOneSampleMeans(double N, double sd, double alpha) {

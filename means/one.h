@@ -1,22 +1,33 @@
 // The one-sample t test: objectives of its searches, and its default range of the sample size.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
 
+namespace statpower {
+
+/// Design vector of the search for a half-width.
+struct OneMeanHalfWidthSearch {
+    double target, sd, alpha;
+    auto fields() { return std::tie(target, sd, alpha); }
+};
+
+}  // namespace statpower
+
 namespace POWER_NAMESPACE {
 
-/// Two-sided power at N minus the target. Design: target power, es, alpha.
+/// Two-sided power at N minus the target. Design: EffectSearch.
 STATPOWER_API double NondirectionalFunc(double N, std::vector<double> design,
                                         OrvCommon_940::OrvQueryCancel* cancel);
 
-/// One-sided power at N minus the target. Design: target power, es, alpha.
+/// One-sided power at N minus the target. Design: EffectSearch.
 STATPOWER_API double DirectionalFunc(double N, std::vector<double> design,
                                      OrvCommon_940::OrvQueryCancel* cancel);
 
 /// N halfWidth^2 / sd^2 - t^2, negative while t sd / sqrt(N) exceeds the half-width.
-/// Design: target half-width, sd, alpha.
+/// Design: OneMeanHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> design,
                                                            OrvCommon_940::OrvQueryCancel* cancel);
 

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "core/design.h"
+#include "core/checks.h"
 #include "core/rejection.h"
 #include "core/sums.h"
 #include "means/search.h"
@@ -25,7 +25,7 @@ double variance_of_differences(double sd1, double sd2, double corr) {
 
 bool statpower::paired_design_refused(double sd1, double sd2, double corr, double alpha) {
     const bool no_spread = sd1 == sd2 && std::abs(corr) == 1;
-    return sd2 < 0 || sd1 <= 0 || corr == 0 || corr < -1 || no_spread || alpha <= 0 || alpha >= 1;
+    return sd2 < 0 || sd1 <= 0 || corr == 0 || corr < -1 || no_spread || is_refused_level(alpha);
 }
 
 namespace POWER_NAMESPACE {
@@ -39,9 +39,9 @@ double RelatedDirectionalFunc(double N, std::vector<double> design, OrvQueryCanc
 }
 
 double _SampleSizebyHalfWidthCIRelatedFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    const auto [half_width, sd1, sd2, corr, alpha] = DesignReader(design).numbers<5>();
-    return N * square(half_width) / variance_of_differences(sd1, sd2, corr) -
-           square(t_critical(alpha / 2, N - 1));
+    const auto d = unpack<PairedMeansHalfWidthSearch>(design);
+    return N * square(d.target) / variance_of_differences(d.sd1, d.sd2, d.corr) -
+           square(t_critical(d.alpha / 2, N - 1));
 }
 
 }  // namespace POWER_NAMESPACE
@@ -51,7 +51,7 @@ double EffectSizeRelated(double mean1, double sd1, double mean2, double sd2, dou
 }
 
 double PowerRelatedNondirectionalES(double N, double es, double alpha) {
-    if (!(alpha > 0 && N > 1 && alpha < 1)) return OrvMV::Missing();
+    if (!(N > 1 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return PowerOneSampleNondirectionalES(N, es, alpha);
 }
 
@@ -72,11 +72,11 @@ double PowerRelatedDirectional(double N, double mean1, double sd1, double mean2,
 }
 
 double PowerReverseRelatedNondirectionalES(double power, double es, double alpha) {
-    return search_size(pack_design(power, es, alpha), RelatedNondirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, RelatedNondirectionalFunc);
 }
 
 double PowerReverseRelatedDirectionalES(double power, double es, double alpha) {
-    return search_size(pack_design(power, es, alpha), RelatedDirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, RelatedDirectionalFunc);
 }
 
 double PowerReverseRelatedNondirectional(double power, double mean1, double sd1, double mean2, double sd2,
@@ -92,8 +92,8 @@ double PowerReverseRelatedDirectional(double power, double mean1, double sd1, do
 }
 
 double PowerReversebyHalfCIRelatedMeans(double halfWidth, double sd1, double sd2, double corr, double alpha) {
-    return std::ceil(
-        search_size(pack_design(halfWidth, sd1, sd2, corr, alpha), _SampleSizebyHalfWidthCIRelatedFunc));
+    return std::ceil(search_size(PairedMeansHalfWidthSearch{halfWidth, sd1, sd2, corr, alpha},
+                                 _SampleSizebyHalfWidthCIRelatedFunc));
 }
 
 double HalfCIRelatedMeans(double N, double sd1, double sd2, double corr, double alpha) {

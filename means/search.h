@@ -1,24 +1,30 @@
 // What the sample-size searches of all t tests share.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
-#include "core/design.h"
-#include "statpower/core.h"
+#include "core/search.h"
 
 namespace statpower {
 
-/// Sample size of a t test (of group 1, where there are two): searched from 2 upwards to within 1e-9.
-inline double search_size(const std::vector<double>& design, POWER_NAMESPACE::Objective objective) {
-    return PowerReverse(design, objective, nullptr, 2, 400, 1e-9);
+/// Sample size of a t test (of group 1, where there are two): searched from 2 upwards.
+template <class Design>
+double search_size(const Design& design, POWER_NAMESPACE::Objective objective) {
+    return search_size(design, objective, nullptr, 2, kFirstReach);
 }
 
-/// The power of a design with one effect size, as the objective of its search: power at N minus the target.
-/// Design: target power, es, alpha.
+/// Design vector of the search for the power of one effect size.
+struct EffectSearch {
+    double target, es, alpha;
+    auto fields() { return std::tie(target, es, alpha); }
+};
+
+/// Its objective: power at N minus the target.
 inline double power_above_target(double (*power)(double N, double es, double alpha), double N,
                                  const std::vector<double>& design) {
-    const auto [target, es, alpha] = DesignReader(design).numbers<3>();
-    return power(N, es, alpha) - target;
+    const auto d = unpack<EffectSearch>(design);
+    return power(N, d.es, d.alpha) - d.target;
 }
 
 }  // namespace statpower

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <optional>
 
-#include "core/design.h"
+#include "core/checks.h"
 #include "core/rejection.h"
 #include "core/sums.h"
 #include "means/search.h"
@@ -44,46 +44,46 @@ double degrees_of_freedom(double N1, double sd1, double N2, double sd2) {
     return sd1 == sd2 ? pooled_df(N1, N2) : welch_df(N1, sd1, N2, sd2);
 }
 
-/// The test of a difference: what its power depends on besides alpha.
-struct Test {
+/// The t test of a difference: what its power depends on besides alpha.
+struct NoncentralT {
     double df;
     double noncentrality;
 };
 
 /// Noncentrality es sqrt(N1 N2 / (N1 + N2)).
-Test pooled_test(double N1, double N2, double es) {
+NoncentralT pooled_test(double N1, double N2, double es) {
     return {pooled_df(N1, N2), es / std::sqrt(1 / N1 + 1 / N2)};
 }
 
-Test welch_test(double N1, double sd1, double N2, double sd2, double diff) {
+NoncentralT welch_test(double N1, double sd1, double N2, double sd2, double diff) {
     return {welch_df(N1, sd1, N2, sd2), diff / standard_error(N1, sd1, N2, sd2)};
 }
 
 /// The test for means and standard deviations; none where they are refused.
-std::optional<Test> test_of_means(double N1, double mean1, double sd1, double N2, double mean2, double sd2,
-                                  double alpha) {
-    if (!(alpha > 0 && sd1 > 0 && N1 > 1 && N2 > 1 && sd2 > 0 && alpha < 1)) return std::nullopt;
+std::optional<NoncentralT> test_of_means(double N1, double mean1, double sd1, double N2, double mean2,
+                                         double sd2, double alpha) {
+    if (!(N1 > 1 && N2 > 1 && sd1 > 0 && sd2 > 0 && is_between_0_and_1(alpha))) return std::nullopt;
     const double diff = mean1 - mean2;
     return sd1 == sd2 ? pooled_test(N1, N2, diff / sd1) : welch_test(N1, sd1, N2, sd2, diff);
 }
 
 /// Welch's test for a total size and an allocation ratio; none where they are refused.
-std::optional<Test> test_at_ratio(double Ntotal, double ratio, double diff, double sd1, double sd2,
-                                  double alpha) {
-    if (alpha <= 0 || alpha >= 1 || sd2 <= 0 || sd1 <= 0 || ratio <= 0) return std::nullopt;
+std::optional<NoncentralT> test_at_ratio(double Ntotal, double ratio, double diff, double sd1, double sd2,
+                                         double alpha) {
+    if (ratio <= 0 || sd1 <= 0 || sd2 <= 0 || is_refused_level(alpha)) return std::nullopt;
     const double N1 = Ntotal / (1 + ratio);
     const double N2 = ratio * N1;
     if (N1 <= 1 || N2 <= 1) return std::nullopt;
     return welch_test(N1, sd1, N2, sd2, diff);
 }
 
-double two_sided_power(double alpha, std::optional<Test> test) {
+double two_sided_power(double alpha, std::optional<NoncentralT> test) {
     if (!test) return OrvMV::Missing();
     return t_test_power_two_sided(alpha, test->df, test->noncentrality);
 }
 
 /// The true difference is taken to lie on the side of the alternative.
-double one_sided_power(double alpha, std::optional<Test> test) {
+double one_sided_power(double alpha, std::optional<NoncentralT> test) {
     if (!test) return OrvMV::Missing();
     return t_test_power_one_sided(alpha, test->df, std::abs(test->noncentrality));
 }
@@ -93,21 +93,21 @@ using PowerOfMeans = double (*)(double N1, double mean1, double sd1, double N2, 
 using PowerOfEffectSize = double (*)(double N1, double N2, double es, double alpha);
 
 double above_target(PowerOfMeans power, double N, const std::vector<double>& design) {
-    const auto [target, ratio, mean1, sd1, mean2, sd2, alpha] = DesignReader(design).numbers<7>();
-    return power(N, mean1, sd1, ratio * N, mean2, sd2, alpha) - target;
+    const auto d = unpack<TwoMeansSearch>(design);
+    return power(N, d.mean1, d.sd1, d.ratio * N, d.mean2, d.sd2, d.alpha) - d.target;
 }
 
 double above_target(PowerOfEffectSize power, double N, const std::vector<double>& design) {
-    const auto [target, ratio, es, alpha] = DesignReader(design).numbers<4>();
-    return power(N, ratio * N, es, alpha) - target;
+    const auto d = unpack<TwoMeansEffectSearch>(design);
+    return power(N, d.ratio * N, d.es, d.alpha) - d.target;
 }
 
 /// Appends the sizes of both groups: whole numbers, group 2 never below 2; twice the missing value where the
 /// search fails.
-void append_sizes(const std::vector<double>& design, Objective objective, double ratio,
-                  std::vector<double>& sizes) {
+template <class Design>
+void append_sizes(const Design& design, Objective objective, std::vector<double>& sizes) {
     const double N1 = search_size(design, objective);
-    const double N2 = OrvMV::IsMissing(N1) ? N1 : std::max(std::ceil(ratio * N1), 2.0);
+    const double N2 = OrvMV::IsMissing(N1) ? N1 : std::max(std::ceil(design.ratio * N1), 2.0);
     sizes.insert(sizes.end(), {std::ceil(N1), N2});
 }
 
@@ -142,10 +142,10 @@ double IndependentDirectionalESFunc(double N, std::vector<double> design, OrvQue
 }
 
 double _SampleSizebyHalfWidthCIIndependentFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    const auto [half_width, ratio, sd1, sd2, alpha] = DesignReader(design).numbers<5>();
-    const double t = t_critical(alpha / 2, degrees_of_freedom(N, sd1, ratio * N, sd2));
-    return sd1 == sd2 ? square(half_width) / square(sd1) * N - square(t) * (1 + 1 / ratio)
-                      : square(half_width) * N - square(t) * (square(sd2) / ratio + square(sd1));
+    const auto d = unpack<TwoMeansHalfWidthSearch>(design);
+    const double t = t_critical(d.alpha / 2, degrees_of_freedom(N, d.sd1, d.ratio * N, d.sd2));
+    return d.sd1 == d.sd2 ? square(d.target) / square(d.sd1) * N - square(t) * (1 + 1 / d.ratio)
+                          : square(d.target) * N - square(t) * (square(d.sd2) / d.ratio + square(d.sd1));
 }
 
 }  // namespace POWER_NAMESPACE
@@ -167,43 +167,43 @@ double PowerIndependentDirectional(double N1, double mean1, double sd1, double N
 double PowerIndependentNondirectionalES(double N1, double N2, double es, double alpha) {
     if (N1 <= 1) return OrvMV::Missing();
     const double ratio = N2 / N1;
-    if (ratio <= 0 || alpha <= 0 || ratio * N1 <= 1 || alpha >= 1) return OrvMV::Missing();
+    if (ratio <= 0 || ratio * N1 <= 1 || is_refused_level(alpha)) return OrvMV::Missing();
     return two_sided_power(alpha, pooled_test(N1, N2, es));
 }
 
 double PowerIndependentDirectionalES(double N1, double N2, double es, double alpha) {
-    if (!(alpha > 0 && N1 > 1 && N2 > 1 && alpha < 1)) return OrvMV::Missing();
+    if (!(N1 > 1 && N2 > 1 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return one_sided_power(alpha, pooled_test(N1, N2, es));
 }
 
 void PowerReverseIndependentNondirectional(double power, double ratio, double mean1, double sd1, double mean2,
                                            double sd2, double alpha, std::vector<double>& sizes) {
     if (!sizes.empty()) return;
-    const auto design = pack_design(power, ratio, mean1, sd1, mean2, sd2, alpha);
-    append_sizes(design, PowerIndependentNondirectionalFunc, ratio, sizes);
+    const TwoMeansSearch design{power, ratio, mean1, sd1, mean2, sd2, alpha};
+    append_sizes(design, PowerIndependentNondirectionalFunc, sizes);
 }
 
 void PowerReverseIndependentDirectional(double power, double ratio, double mean1, double sd1, double mean2,
                                         double sd2, double alpha, std::vector<double>& sizes) {
     if (!sizes.empty()) return;
-    const auto design = pack_design(power, ratio, mean1, sd1, mean2, sd2, alpha);
-    append_sizes(design, IndependentDirectionalFunc, ratio, sizes);
+    const TwoMeansSearch design{power, ratio, mean1, sd1, mean2, sd2, alpha};
+    append_sizes(design, IndependentDirectionalFunc, sizes);
 }
 
 void PowerReverseIndependentNondirectionalES(double power, double ratio, double es, double alpha,
                                              std::vector<double>& sizes) {
-    append_sizes(pack_design(power, ratio, es, alpha), IndependentNondirectionalESFunc, ratio, sizes);
+    append_sizes(TwoMeansEffectSearch{power, ratio, es, alpha}, IndependentNondirectionalESFunc, sizes);
 }
 
 void PowerReverseIndependentDirectionalES(double power, double ratio, double es, double alpha,
                                           std::vector<double>& sizes) {
-    append_sizes(pack_design(power, ratio, es, alpha), IndependentDirectionalESFunc, ratio, sizes);
+    append_sizes(TwoMeansEffectSearch{power, ratio, es, alpha}, IndependentDirectionalESFunc, sizes);
 }
 
 void PowerReversebyHalfCIIndependentMeans(double halfWidth, double ratio, double sd1, double sd2,
                                           double alpha, std::vector<double>& sizes) {
-    const auto design = pack_design(halfWidth, ratio, sd1, sd2, alpha);
-    append_sizes(design, _SampleSizebyHalfWidthCIIndependentFunc, ratio, sizes);
+    const TwoMeansHalfWidthSearch design{halfWidth, ratio, sd1, sd2, alpha};
+    append_sizes(design, _SampleSizebyHalfWidthCIIndependentFunc, sizes);
 }
 
 double HalfCIIndependentMeans(double N1, double sd1, double N2, double sd2, double alpha) {

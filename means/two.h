@@ -2,9 +2,31 @@
 // searches.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
+
+namespace statpower {
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct TwoMeansSearch {
+    double target, ratio, mean1, sd1, mean2, sd2, alpha;
+    auto fields() { return std::tie(target, ratio, mean1, sd1, mean2, sd2, alpha); }
+};
+
+struct TwoMeansEffectSearch {
+    double target, ratio, es, alpha;
+    auto fields() { return std::tie(target, ratio, es, alpha); }
+};
+
+struct TwoMeansHalfWidthSearch {
+    double target, ratio, sd1, sd2, alpha;
+    auto fields() { return std::tie(target, ratio, sd1, sd2, alpha); }
+};
+
+}  // namespace statpower
 
 namespace POWER_NAMESPACE {
 
@@ -22,25 +44,25 @@ STATPOWER_API double _PowerIndependentDirectional(double Ntotal, double ratio, d
 
 // Objectives: N is the size of group 1, ratio * N that of group 2.
 
-/// Two-sided power minus the target. Design: target power, ratio, mean1, sd1, mean2, sd2, alpha.
+/// Two-sided power minus the target. Design: TwoMeansSearch.
 STATPOWER_API double PowerIndependentNondirectionalFunc(double N, std::vector<double> design,
                                                         OrvCommon_940::OrvQueryCancel* cancel);
 
-/// One-sided power minus the target. Design: target power, ratio, mean1, sd1, mean2, sd2, alpha.
+/// One-sided power minus the target. Design: TwoMeansSearch.
 STATPOWER_API double IndependentDirectionalFunc(double N, std::vector<double> design,
                                                 OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Two-sided power minus the target. Design: target power, ratio, es, alpha.
+/// Two-sided power minus the target. Design: TwoMeansEffectSearch.
 STATPOWER_API double IndependentNondirectionalESFunc(double N, std::vector<double> design,
                                                      OrvCommon_940::OrvQueryCancel* cancel);
 
-/// One-sided power minus the target. Design: target power, ratio, es, alpha.
+/// One-sided power minus the target. Design: TwoMeansEffectSearch.
 STATPOWER_API double IndependentDirectionalESFunc(double N, std::vector<double> design,
                                                   OrvCommon_940::OrvQueryCancel* cancel);
 
 /// halfWidth^2 N - t^2 (sd2^2 / ratio + sd1^2), divided by sd1^2 where the standard deviations are equal;
 /// negative while the half-width at N is wider than the target.
-/// Design: target half-width, ratio, sd1, sd2, alpha.
+/// Design: TwoMeansHalfWidthSearch.
 STATPOWER_API double _SampleSizebyHalfWidthCIIndependentFunc(double N, std::vector<double> design,
                                                              OrvCommon_940::OrvQueryCancel* cancel);
 

@@ -3,17 +3,13 @@
 
 #include <cmath>
 
+#include "core/checks.h"
 #include "core/curves.h"
 
 namespace statpower {
 
 inline bool is_proportion(double p) {
     return p >= 0 && p <= 1;
-}
-
-/// Both excluded; for significance levels too.
-inline bool is_between_0_and_1(double p) {
-    return p > 0 && p < 1;
 }
 
 /// step, 2 step, 3 step, ..., trunc(1 / step) - 1 points, each less `shift`.

@@ -18,7 +18,7 @@ constexpr int kWidestRange = 5000;
 // ---- Checks ----------------------------------------------------------------------------------------------
 
 bool is_valid(double p, double q, double alpha) {
-    return p >= 1 && q >= 1 && q <= p && inside_unit_interval(alpha);
+    return p >= 1 && q >= 1 && q <= p && is_inside_unit_interval(alpha);
 }
 
 /// The error degrees of freedom at N are at least 1.

@@ -2,9 +2,32 @@
 // sample-size searches and the default ranges of the curves.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
+
+namespace statpower {
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct RegressionSearch {
+    double target, p, q, R2full, R2red;
+    int random;
+    bool intercept;
+    double alpha;
+    auto fields() { return std::tie(target, p, q, R2full, R2red, random, intercept, alpha); }
+};
+
+struct RegressionEffectSearch {
+    double target, p, q, f2;
+    int random;
+    bool intercept;
+    double alpha;
+    auto fields() { return std::tie(target, p, q, f2, random, intercept, alpha); }
+};
+
+}  // namespace statpower
 
 namespace POWER_NAMESPACE {
 
@@ -36,11 +59,11 @@ STATPOWER_API double _Logt(double a, double t);
 
 // ---- Power at N minus the target -------------------------------------------------------------------------
 
-/// Design: target power, p, q, R2full, R2red, random, intercept, alpha.
+/// Design: RegressionSearch.
 STATPOWER_API double PowerbymlrFunc(double N, std::vector<double> design,
                                     OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Design: target power, p, q, f2, random, intercept, alpha.
+/// Design: RegressionEffectSearch.
 STATPOWER_API double PowerbymlrwESFunc(double N, std::vector<double> design,
                                        OrvCommon_940::OrvQueryCancel* cancel);
 

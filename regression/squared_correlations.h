@@ -11,7 +11,7 @@ namespace statpower {
 /// R2full is a multiple correlation, inside (-1, 1).
 inline bool are_squared_correlations(double R2full, double R2red) {
     if (R2red == 0) return std::abs(R2full) < 1;
-    return inside_unit_interval(R2red) && inside_unit_interval(R2full);
+    return is_inside_unit_interval(R2red) && is_inside_unit_interval(R2full);
 }
 
 }  // namespace statpower

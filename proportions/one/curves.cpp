@@ -9,7 +9,7 @@ using namespace statpower;
 namespace {
 
 /// The test whose power is drawn.
-struct Test {
+struct DrawnTest {
     int method;
     int sides;
     bool continuity_correction;
@@ -20,7 +20,7 @@ struct Test {
     }
 };
 
-bool is_drawable(const Test& test, double N) {
+bool is_drawable(const DrawnTest& test, double N) {
     return is_between_0_and_1(test.alpha) && N >= 1;
 }
 
@@ -31,7 +31,7 @@ bool is_range(int nMin, int nMax) {
 
 /// The sample sizes of a surface: as passed where neither end is 0, else the default range around (N, p1,
 /// p0).
-Axis surface_sizes(const Test& test, int nMin, int nMax, double N, double p1, double p0) {
+Axis surface_sizes(const DrawnTest& test, int nMin, int nMax, double N, double p1, double p0) {
     if (nMin == 0 || nMax == 0)
         POWER_NAMESPACE::_SetPlotRangeN(N, p1, p0, test.method, test.sides, test.alpha, nMin, nMax,
                                         test.continuity_correction);
@@ -40,7 +40,7 @@ Axis surface_sizes(const Test& test, int nMin, int nMax, double N, double p1, do
     return sample_sizes(nMin, nMax);
 }
 
-bool is_surface(const Test& test, double N, double p1, double p0, double step) {
+bool is_surface(const DrawnTest& test, double N, double p1, double p0, double step) {
     return is_drawable(test, N) && is_proportion(p1) && is_proportion(p0) && is_grid_step(step);
 }
 
@@ -56,35 +56,35 @@ void POWER_NAMESPACE::_SetPlotRangeN(double N, double p1, double p0, int method,
 
 XYPlot PlotNOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection, double N,
                          double p1, double p0, double alpha) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_proportion(p1) && is_proportion(p0) && is_range(nMin, nMax))) return {};
     return curve(sample_sizes(nMin, nMax), [&](double n) { return test.power(n, p1, p0); });
 }
 
 XYPlot PlotNullOneSampBinom(int method, int sides, bool continuityCorrection, double N, double p1,
                             double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_proportion(p1) && is_grid_step(step))) return {};
     return curve(proportion_grid(step), [&](double p0) { return test.power(N, p1, p0); });
 }
 
 XYPlot PlotAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N, double p0,
                              double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_proportion(p0) && is_grid_step(step))) return {};
     return curve(proportion_grid(step), [&](double p1) { return test.power(N, p1, p0); });
 }
 
 XYPlot PlotRiskDiffOneSampBionm(int method, int sides, bool continuityCorrection, double N, double p0,
                                 double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_proportion(p0) && is_grid_step(step))) return {};
     return curve(proportion_grid(step, p0), [&](double d) { return test.power(N, d + p0, p0); });
 }
 
 XYZPlot PlotNRiskDiffOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection,
                                   double N, double p1, double p0, double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!is_surface(test, N, p1, p0, step)) return {};
     return surface(surface_sizes(test, nMin, nMax, N, p1, p0), proportion_grid(step, p0),
                    [&](double n, double d) { return test.power(n, d + p0, p0); });
@@ -92,7 +92,7 @@ XYZPlot PlotNRiskDiffOneSampBinom(int method, int sides, int nMin, int nMax, boo
 
 XYZPlot PlotNNullOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection, double N,
                               double p1, double p0, double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!is_surface(test, N, p1, p0, step)) return {};
     return surface(surface_sizes(test, nMin, nMax, N, p1, p0), proportion_grid(step),
                    [&](double n, double null) { return test.power(n, p1, null); });
@@ -100,7 +100,7 @@ XYZPlot PlotNNullOneSampBinom(int method, int sides, int nMin, int nMax, bool co
 
 XYZPlot PlotNAlterOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection, double N,
                                double p1, double p0, double alpha, double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!is_surface(test, N, p1, p0, step)) return {};
     return surface(surface_sizes(test, nMin, nMax, N, p1, p0), proportion_grid(step),
                    [&](double n, double alternative) { return test.power(n, alternative, p0); });
@@ -108,7 +108,7 @@ XYZPlot PlotNAlterOneSampBinom(int method, int sides, int nMin, int nMax, bool c
 
 XYZPlot PlotNullAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N, double alpha,
                                   double step) {
-    const Test test{method, sides, continuityCorrection, alpha};
+    const DrawnTest test{method, sides, continuityCorrection, alpha};
     if (!(is_drawable(test, N) && is_grid_step(step))) return {};
     const Axis grid = proportion_grid(step);
     return surface(grid, grid, [&](double p0, double p1) { return test.power(N, p1, p0); });

@@ -2,11 +2,10 @@
 
 #include <cmath>
 
-#include "core/design.h"
+#include "core/rejection.h"
 #include "core/sums.h"
 #include "orvcommon/dist_fun.h"
-#include "proportions/interval.h"
-#include "proportions/sample_size.h"
+#include "proportions/search.h"
 #include "statpower/one_sample_binomial.h"
 
 using namespace statpower;
@@ -66,7 +65,7 @@ double adjusted_wald(double N, double p, double z) {
 }  // namespace
 
 double HalfCIOneSampBinom(double N, double p, double alpha, int method, bool continuityCorrection) {
-    const double z = z_quantile(alpha);
+    const double z = z_critical(alpha / 2);
     switch (method) {
         case kWald:
             return wald(N, p, z, continuityCorrection);
@@ -89,23 +88,19 @@ double HalfCIOneSampBinom(double N, double p, double alpha, int method, bool con
 
 double POWER_NAMESPACE::_SampleSizebyHalfCIOneSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [half_width, p] = d.numbers<2>();
-    const int method = d.integer();
-    const double alpha = d.number();
-    const bool continuity_correction = d.flag();
-    if (method < kLogitCorrected || method > kAdjustedWald) return 0;
-    return half_width - HalfCIOneSampBinom(N, p, alpha, method, continuity_correction);
+    const auto d = unpack<OneProportionHalfWidthSearch>(design);
+    if (d.method < kLogitCorrected || d.method > kAdjustedWald) return 0;
+    return d.target - HalfCIOneSampBinom(N, d.p, d.alpha, d.method, d.continuity_correction);
 }
 
 double PowerReversebyHalfCIOneSampBinom(double halfWidth, double p, double alpha, int method,
                                         bool continuityCorrection, OrvQueryCancel* cancel) {
     if (method == kWald) {
-        const double z = z_quantile(alpha);
+        const double z = z_critical(alpha / 2);
         const double pq = p * (1 - p);
         if (!continuityCorrection) return square(z) * pq / square(halfWidth);
         return square((std::sqrt(square(z) * pq + 2 * halfWidth) + z * std::sqrt(pq)) / (2 * halfWidth));
     }
-    const auto design = pack_design(halfWidth, p, method, alpha, continuityCorrection);
-    return search_sample_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIOneSampBinom, cancel);
+    const OneProportionHalfWidthSearch design{halfWidth, p, method, alpha, continuityCorrection};
+    return search_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIOneSampBinom, cancel);
 }

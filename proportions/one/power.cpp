@@ -6,12 +6,11 @@
 #include <optional>
 
 #include "core/cancel.h"
-#include "core/design.h"
 #include "core/rejection.h"
+#include "core/result_codes.h"
 #include "orvcommon/dist_fun.h"
 #include "proportions/proportion.h"
-#include "proportions/result_codes.h"
-#include "proportions/sample_size.h"
+#include "proportions/search.h"
 #include "statpower/one_sample_binomial.h"
 
 using namespace statpower;
@@ -28,25 +27,6 @@ bool is_design(double N, double p1, double p0, double alpha) {
 double standard_deviation(double p) {
     return std::sqrt(p * (1 - p));
 }
-
-/// The design vectors of both searches; that of the exact one ends before the continuity correction.
-struct Design {
-    explicit Design(const std::vector<double>& design) {
-        DesignReader d(design);
-        target = d.number();
-        p1 = d.number();
-        p0 = d.number();
-        method = d.integer();
-        sides = d.integer();
-        alpha = d.number();
-        continuity_correction = d.flag();
-    }
-
-    double target, p1, p0;
-    int method, sides;
-    double alpha;
-    bool continuity_correction;
-};
 
 /// F(x) = P(X <= x) of a binomial distribution; NaN where the distribution library fails.
 struct BinomialCdf {
@@ -180,7 +160,7 @@ double _POSBNormalAppro(double N, double p1, double p0, int, int sides, double a
     const double s0 = standard_deviation(p0);
     const double s1 = standard_deviation(p1);
     const double c = continuityCorrection ? _ConCorrValue(N, p1, p0) : 0;
-    const double z = OrvDistFun::IdfStdNorm(sides != 0 ? 1 - alpha : 1 - alpha / 2);
+    const double z = z_critical(tail_level(sides, alpha));
     const double lower = lower_tail(OrvDistFun::CdfStdNorm((d - s0 * z - c) / s1));
     const double upper = upper_tail(OrvDistFun::CdfStdNorm((d + s0 * z + c) / s1));
     if (sides == 0) return lower + upper;
@@ -196,25 +176,25 @@ double _POSBBinEnum(double N, double p1, double p0, int, int sides, double alpha
 }
 
 double _POSBNormalApproFunc(double N, std::vector<double> design, OrvQueryCancel*) {
-    const Design d(design);
+    const auto d = unpack<OneProportionNormalSearch>(design);
     return _POSBNormalAppro(N, d.p1, d.p0, d.method, d.sides, d.alpha, d.continuity_correction) - d.target;
 }
 
 double _POSBBinEnumFunc(double N, std::vector<double> design, OrvQueryCancel* cancel) {
-    const Design d(design);
+    const auto d = unpack<OneProportionExactSearch>(design);
     return _POSBBinEnum(N, d.p1, d.p0, d.method, d.sides, d.alpha, cancel) - d.target;
 }
 
 double _POSBReverseNormalAppro(double power, double p1, double p0, int method, int sides, double alpha,
                                bool continuityCorrection) {
-    const auto design = pack_design(power, p1, p0, method, sides, alpha, continuityCorrection);
-    return search_sample_size(design, _POSBNormalApproFunc, nullptr);
+    const OneProportionNormalSearch design{power, p1, p0, method, sides, alpha, continuityCorrection};
+    return search_size(design, _POSBNormalApproFunc, nullptr);
 }
 
 double _POSBReverseBinEnum(double power, double p1, double p0, int method, int sides, double alpha,
                            OrvQueryCancel* cancel) {
-    const auto design = pack_design(power, p1, p0, method, sides, alpha);
-    return search_exact_sample_size(design, _POSBBinEnumFunc, cancel);
+    const OneProportionExactSearch design{power, p1, p0, method, sides, alpha};
+    return search_exact_size(design, _POSBBinEnumFunc, cancel);
 }
 
 }  // namespace POWER_NAMESPACE

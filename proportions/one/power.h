@@ -4,9 +4,31 @@
 // it.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
+
+namespace statpower {
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+struct OneProportionNormalSearch {
+    double target, p1, p0;
+    int method, sides;
+    double alpha;
+    bool continuity_correction;
+    auto fields() { return std::tie(target, p1, p0, method, sides, alpha, continuity_correction); }
+};
+
+struct OneProportionExactSearch {
+    double target, p1, p0;
+    int method, sides;
+    double alpha;
+    auto fields() { return std::tie(target, p1, p0, method, sides, alpha); }
+};
+
+}  // namespace statpower
 
 namespace POWER_NAMESPACE {
 
@@ -21,11 +43,11 @@ STATPOWER_API double _POSBNormalAppro(double N, double p1, double p0, int method
 STATPOWER_API double _POSBBinEnum(double N, double p1, double p0, int method, int sides, double alpha,
                                   OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Power at N minus the target. Design: target power, p1, p0, method, sides, alpha, continuity correction.
+/// Power at N minus the target. Design: OneProportionNormalSearch.
 STATPOWER_API double _POSBNormalApproFunc(double N, std::vector<double> design,
                                           OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Power at N minus the target. Design: target power, p1, p0, method, sides, alpha.
+/// Power at N minus the target. Design: OneProportionExactSearch.
 STATPOWER_API double _POSBBinEnumFunc(double N, std::vector<double> design,
                                       OrvCommon_940::OrvQueryCancel* cancel);
 

@@ -2,10 +2,9 @@
 
 #include <cmath>
 
-#include "core/design.h"
+#include "core/rejection.h"
 #include "core/sums.h"
-#include "proportions/interval.h"
-#include "proportions/sample_size.h"
+#include "proportions/search.h"
 #include "statpower/related_binomial.h"
 
 using namespace statpower;
@@ -31,7 +30,7 @@ double adjusted_wald(double N, double p1, double p2, double z, double added) {
 
 double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, double p1, double p2,
                           double alpha) {
-    const double z = z_quantile(alpha);
+    const double z = z_critical(alpha / 2);
     switch (method) {
         case kWald:
             return z * std::sqrt(pair_variance(p1, p2) / N) + (continuityCorrection ? 1 / N : 0);
@@ -46,22 +45,18 @@ double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, doubl
 
 double POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [half_width, p1, p2] = d.numbers<3>();
-    const int method = d.integer();
-    const double alpha = d.number();
-    const bool continuity_correction = d.flag();
-    if (method != kOnePairAdded && method != kTwoPairsAdded) return 0;
-    return half_width - HalfCIRelSampBinom(method, continuity_correction, N, p1, p2, alpha);
+    const auto d = unpack<PairedProportionsHalfWidthSearch>(design);
+    if (d.method != kOnePairAdded && d.method != kTwoPairsAdded) return 0;
+    return d.target - HalfCIRelSampBinom(d.method, d.continuity_correction, N, d.p1, d.p2, d.alpha);
 }
 
 double PowerReversebyHalfCIRelSampBinom(int method, bool continuityCorrection, OrvQueryCancel* cancel,
                                         double halfWidth, double p1, double p2, double alpha) {
     if (method == kWald) {
-        const double a = pair_variance(p1, p2) * square(z_quantile(alpha));
+        const double a = pair_variance(p1, p2) * square(z_critical(alpha / 2));
         if (!continuityCorrection) return std::ceil(a / square(halfWidth));
         return std::ceil(square((std::sqrt(4 * halfWidth + a) + std::sqrt(a)) / (2 * halfWidth)));
     }
-    const auto design = pack_design(halfWidth, p1, p2, method, alpha, continuityCorrection);
-    return std::ceil(search_sample_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom, cancel));
+    const PairedProportionsHalfWidthSearch design{halfWidth, p1, p2, method, alpha, continuityCorrection};
+    return std::ceil(search_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom, cancel));
 }

@@ -3,13 +3,12 @@
 #include <cmath>
 
 #include "core/cancel.h"
-#include "core/design.h"
 #include "core/rejection.h"
+#include "core/result_codes.h"
 #include "core/sums.h"
 #include "orvcommon/dist_fun.h"
 #include "proportions/proportion.h"
-#include "proportions/result_codes.h"
-#include "proportions/sample_size.h"
+#include "proportions/search.h"
 #include "statpower/related_binomial.h"
 
 using namespace statpower;
@@ -50,9 +49,9 @@ bool are_margins(double pA, double pB, double rho) {
 
 double sample_size(int sided, int exact, OrvQueryCancel* cancel, double power, DiscordantCells cells,
                    double alpha) {
-    const auto design = pack_design(power, cells.p1, cells.p2, sided, exact, alpha);
-    return exact != 0 ? search_exact_sample_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
-                      : search_sample_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
+    const PairedProportionsSearch design{power, cells.p1, cells.p2, sided, exact, alpha};
+    return exact != 0 ? search_exact_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
+                      : search_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
 }
 
 }  // namespace
@@ -81,7 +80,7 @@ double PairedTest::power_from_margins(double N, double pA, double pB, double rho
 double PairedTest::normal_power(double N, double p1, double p2) const {
     const double psi = p1 + p2;
     const double d = p1 - p2;
-    const double q = OrvDistFun::IdfStdNorm(sided_ != 0 ? 1 - alpha_ : 1 - alpha_ / 2);
+    const double q = z_critical(tail_level(sided_, alpha_));
     const double A = std::sqrt(N) * d;
     const double B = q * std::sqrt(psi);
     const double C = std::abs(std::sqrt(psi - square(d)));
@@ -97,7 +96,7 @@ PairedTest::Tail PairedTest::tail(double p1, double p2) const {
 }
 
 PairedTest::Region PairedTest::find_region(Tail tail, double discordant) const {
-    const double level = tail == kBoth ? alpha_ / 2 : alpha_;
+    const double level = tail_level(sided_, alpha_);
     long status = 0;
     Region region{};
     if (tail != kUpper) region.lower = lower_critical(discordant, level, status);
@@ -145,12 +144,8 @@ double PairedTest::exact_power(double N, double p1, double p2, OrvQueryCancel* c
 }  // namespace statpower
 
 double POWER_NAMESPACE::PRelSampBionmFunc(double N, std::vector<double> design, OrvQueryCancel* cancel) {
-    DesignReader d(design);
-    const auto [target, p1, p2] = d.numbers<3>();
-    const int sided = d.integer();
-    const int exact = d.integer();
-    const double alpha = d.number();
-    return PowerbyPRelSampBionm(sided, exact, cancel, N, p1, p2, alpha) - target;
+    const auto d = unpack<PairedProportionsSearch>(design);
+    return PowerbyPRelSampBionm(d.sided, d.exact, cancel, N, d.p1, d.p2, d.alpha) - d.target;
 }
 
 double PowerbyPRelSampBionm(int sided, int exact, OrvQueryCancel* cancel, double N, double p1, double p2,

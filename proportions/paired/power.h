@@ -3,6 +3,7 @@
 
 #include <array>
 #include <optional>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -14,6 +15,14 @@ namespace statpower {
 struct DiscordantCells {
     double p1;
     double p2;
+};
+
+/// Design vector of the sample-size searches.
+struct PairedProportionsSearch {
+    double target, p1, p2;
+    int sided, exact;
+    double alpha;
+    auto fields() { return std::tie(target, p1, p2, sided, exact, alpha); }
 };
 
 /// The cells that two marginal probabilities and a correlation give, 0 where below 1e-14 in absolute value.
@@ -59,7 +68,7 @@ class PairedTest {
 
 namespace POWER_NAMESPACE {
 
-/// Power at N minus the target. Design: target power, p1, p2, sided, exact, alpha.
+/// Power at N minus the target. Design: PairedProportionsSearch.
 STATPOWER_API double PRelSampBionmFunc(double N, std::vector<double> design,
                                        OrvCommon_940::OrvQueryCancel* cancel);
 

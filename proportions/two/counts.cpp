@@ -9,7 +9,7 @@ using OrvMath_940::OrvDistFun;
 
 namespace statpower {
 
-Group::Group(double n, double p) : trials_(to_int(n)) {
+BinomialGroup::BinomialGroup(double n, double p) : trials_(to_int(n)) {
     const auto probability = [=](int x) {
         long status = 0;
         const double value = OrvDistFun::PdfBin(x, n, p, status);
@@ -21,7 +21,7 @@ Group::Group(double n, double p) : trials_(to_int(n)) {
         [&](int x, double) { return probability(x + 1); });
 }
 
-Tails::Tails(const Group& group) : first_(group.probability().first()) {
+Tails::Tails(const BinomialGroup& group) : first_(group.probability().first()) {
     const CountFunction& probability = group.probability();
     const auto counts = static_cast<std::size_t>(probability.last() - first_) + 1;
     below_.resize(counts + 1);

@@ -63,9 +63,9 @@ CountFunction around_mode(int mode, double value_at_mode, int lowest, int highes
 
 /// A group of n trials with success probability p: the probabilities of 0, 1, ... successes up to the
 /// truncated n. A probability that cannot be computed is NaN.
-class Group {
+class BinomialGroup {
   public:
-    Group(double n, double p);
+    BinomialGroup(double n, double p);
 
     /// Truncated number of trials.
     int trials() const { return trials_; }
@@ -79,7 +79,7 @@ class Group {
 /// Probabilities of fewer than x and of at least x successes in a group.
 class Tails {
   public:
-    explicit Tails(const Group& group);
+    explicit Tails(const BinomialGroup& group);
 
     double below(int x) const { return below_[index(x)]; }
     double from(int x) const { return from_[index(x)]; }

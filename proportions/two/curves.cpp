@@ -12,7 +12,7 @@ using namespace statpower;
 namespace {
 
 /// The test of a curve.
-struct Test {
+struct DrawnTest {
     int method;
     int test;
     int sides;
@@ -41,7 +41,8 @@ double room2(double p1, double p2) {
 }
 
 /// Allocation ratios n2 / n1 of a total N.
-Axis ratio_axis(const Test& test, double N, double p1, double p2, double r_min, double r_max, double step) {
+Axis ratio_axis(const DrawnTest& test, double N, double p1, double p2, double r_min, double r_max,
+                double step) {
     const double smallest = 1 / (N - 1);
     const double points = std::ceil(1 / step);
     if (r_min != 0 && r_max != 0) {
@@ -77,7 +78,7 @@ void choose_bounds(int& lowest, int& highest, double room, double n) {
 XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection, bool pooled,
                              double n1, double n2, double p1, double p2, double alpha, double step) {
     if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && is_grid_step(step))) return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     const Axis proportions = axis(std::trunc(1 / step) - 1, [=](double i) { return (i + 1) * step; });
     return surface(proportions, proportions,
                    [&](double x, double y) { return t.power(n1, n2, x, y, alpha); });
@@ -88,7 +89,7 @@ XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, bool continuity
     if (!(are_group_sizes(n1, n2) && is_between_0_and_1(p1) && is_between_0_and_1(alpha) &&
           is_grid_step(step)))
         return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     const Axis differences =
         axis(std::trunc(1 / step + 0.5) - 1, [=](double i) { return (i + 1) * step + (p1 - 1); });
     return curve(differences, [&](double x) { return t.power(n1, n2, p1, p1 - x, alpha); });
@@ -101,7 +102,7 @@ XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, bool continuit
           is_grid_step(step)))
         return {};
     if (!((rMin == 0 || p1 < rMin) && rMin <= rMax && rMax <= 10)) return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     const double d = (rMax - rMin) * step;
     const double start = rMin == 0 ? d + p1 : rMin;
     return curve(multiples(std::floor((rMax - start) / d) + 1, start, d),
@@ -115,7 +116,7 @@ XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, bool continuit
           is_grid_step(step)))
         return {};
     if (!((rMin == 0 || rMin >= 0.1) && rMin <= rMax && rMax <= 10)) return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     const double start = rMin == 0 ? 1.0 / 3 : rMin;
     const double range = rMax - start;
     const double d = step * range;
@@ -130,7 +131,7 @@ XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, bool continuityCo
           is_grid_step(step)))
         return {};
     if (!((rMin == 0 || rMin >= 1 / (N - 1)) && rMax <= N - 1 && rMin <= rMax)) return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     return curve(ratio_axis(t, N, p1, p2, rMin, rMax, step),
                  [&](double x) { return t.power(N / (x + 1), x * N / (x + 1), p1, p2, alpha); });
 }
@@ -140,7 +141,7 @@ XYZPlot PlotNIndSampBinom(int method, int test, int sides, bool continuityCorrec
                           double alpha) {
     if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return {};
     if (nMin1 > nMax1 || nMin2 > nMax2) return {};
-    const Test t{method, test, sides, continuityCorrection, pooled};
+    const DrawnTest t{method, test, sides, continuityCorrection, pooled};
     const auto is_lowest = [&](int n) { return n == 0 || n >= 2 || t.is_arcsine(); };
     if (!(is_lowest(nMin1) && is_lowest(nMin2))) return {};
     if (t.is_arcsine()) {

@@ -5,9 +5,10 @@
 
 #include "core/cancel.h"
 #include "core/integers.h"
+#include "core/rejection.h"
+#include "core/result_codes.h"
 #include "orvcommon/dist_fun.h"
 #include "orvcommon/mv.h"
-#include "proportions/result_codes.h"
 #include "proportions/two/counts.h"
 #include "proportions/two/design.h"
 
@@ -76,7 +77,8 @@ class OddsPowers {
 class ConditionalDistribution {
   public:
     ConditionalDistribution(const Coefficients& coefficients1, const Coefficients& coefficients2,
-                            const Group& group1, const Group& group2, double odds, double level)
+                            const BinomialGroup& group1, const BinomialGroup& group2, double odds,
+                            double level)
         : coefficient1_(coefficients1),
           coefficient2_(coefficients2),
           trials1_(group1.trials()),
@@ -327,12 +329,12 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha) && are_countable(n1, n2)))
         return kInvalid;
     const double psi = (p1 / (1 - p1)) / (p2 / (1 - p2));
-    const double level = sides == 0 ? alpha / 2 : alpha;
+    const double level = tail_level(sides, alpha);
     const bool rejects_high = sides == 0 || p1 > p2;
     const bool rejects_low = sides == 0 || !(p1 > p2);
 
-    const Group group1(n1, p1);
-    const Group group2(n2, p2);
+    const BinomialGroup group1(n1, p1);
+    const BinomialGroup group2(n2, p2);
     const CountFunction& probability1 = group1.probability();
     const CountFunction& probability2 = group2.probability();
     const Coefficients coefficients1(group1.trials());

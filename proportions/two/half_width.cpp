@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/design.h"
+#include "core/rejection.h"
+#include "core/search.h"
 #include "core/sums.h"
 #include "orvcommon/mv.h"
-#include "proportions/interval.h"
 #include "proportions/two/power.h"
 #include "statpower/independent_binomial.h"
 
@@ -64,7 +64,7 @@ double wald_sample_size(double W, double p1, double p2, double r, double z, bool
 
 double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method,
                           bool continuityCorrection) {
-    const double z = z_quantile(alpha);
+    const double z = z_critical(alpha / 2);
     switch (method) {
         case kWald: {
             const double correction = continuityCorrection ? 0.5 * (1 / n1 + 1 / n2) : 0;
@@ -92,23 +92,20 @@ double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alp
 
 double POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom(double n1, std::vector<double> design,
                                                         OrvQueryCancel*) {
-    DesignReader d(design);
-    const auto [half_width, p1, p2, r] = d.numbers<4>();
-    const int method = d.integer();
-    const double alpha = d.number();
-    const bool continuity_correction = d.flag();
-    if (method < kAgrestiCaffo || method > kHybridScore) return 0;
-    return half_width - HalfCIIndSampBinom(n1, r * n1, p1, p2, alpha, method, continuity_correction);
+    const auto d = unpack<TwoProportionsHalfWidthSearch>(design);
+    if (d.method < kAgrestiCaffo || d.method > kHybridScore) return 0;
+    return d.target -
+           HalfCIIndSampBinom(n1, d.r * n1, d.p1, d.p2, d.alpha, d.method, d.continuity_correction);
 }
 
 void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, double r, double alpha,
                                       std::vector<double>& result, int method, bool continuityCorrection,
                                       OrvQueryCancel* cancel) {
-    const auto design = pack_design(halfWidth, p1, p2, r, method, alpha, continuityCorrection);
+    const TwoProportionsHalfWidthSearch design{halfWidth, p1, p2, r, method, alpha, continuityCorrection};
     const double n1 =
         method == kWald
-            ? wald_sample_size(halfWidth, p1, p2, r, z_quantile(alpha), continuityCorrection)
-            : PowerReverse(design, POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom, cancel, 2, 400, 1e-9);
+            ? wald_sample_size(halfWidth, p1, p2, r, z_critical(alpha / 2), continuityCorrection)
+            : search_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom, cancel, 2, kFirstReach);
     if (OrvMV::IsMissing(n1))
         result.assign(2, OrvMV::Missing());
     else

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "core/rejection.h"
+#include "core/result_codes.h"
 #include "orvcommon/dist_fun.h"
-#include "proportions/result_codes.h"
 #include "proportions/two/design.h"
 
 using namespace statpower;
@@ -15,10 +15,6 @@ namespace {
 
 double Phi(double x) {
     return OrvDistFun::CdfStdNorm(x);
-}
-
-double z_quantile(double p) {
-    return OrvDistFun::IdfStdNorm(p);
 }
 
 /// sqrt(p) as an angle. The slack in the group size can leave a corrected proportion a hair outside [0, 1].
@@ -54,7 +50,7 @@ double _PowerIndSamBinNormalApproxChisq(double n1, double n2, double p1, double 
     const double pbar = (n2 * p2 + n1 * p1) / (n1 + n2);
     const double S0 = pooled ? std::sqrt(pbar * (1 - pbar) * (1 / n1 + 1 / n2)) : S1;
     const double c = continuityCorrection ? (1 / n1 + 1 / n2) / 2 : 0;
-    const double z = z_quantile(1 - (sides == 0 ? alpha / 2 : alpha));
+    const double z = z_critical(tail_level(sides, alpha));
     const double upper = Phi((d - S0 * z - c) / S1);
     const double lower = 1 - Phi((d + S0 * z + c) / S1);
     if (sides == 0) return upper + lower;
@@ -80,7 +76,7 @@ double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2
     const double G = n1 * p1 * std::log(p1 / pbar) + n1 * (1 - p1) * std::log((1 - p1) / (1 - pbar)) +
                      n2 * p2 * std::log(p2 / pbar) + n2 * (1 - p2) * std::log((1 - p2) / (1 - pbar));
     const double L = std::sqrt(std::abs(2 * G));
-    const double z = z_quantile(1 - (sides == 0 ? alpha / 2 : alpha));
+    const double z = z_critical(tail_level(sides, alpha));
     if (sides == 0) return Phi(L - z) + 1 - Phi(L + z);
     return p1 > p2 ? Phi(L - z) : 1 - Phi(z - L);
 }
@@ -90,7 +86,7 @@ double _PowerIndSamBinNormalApproxFisher(double n1, double n2, double p1, double
     if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
     if (!arcsine_applies(n1, n2, p1, p2)) return kInvalid;
     const double h = arcsine_distance(n1, n2, p1, p2);
-    const double z = z_quantile(1 - (sides == 0 ? alpha / 2 : alpha));
+    const double z = z_critical(tail_level(sides, alpha));
     if (sides == 0) return Phi(h - z) + 1 - Phi(h + z);
     return p1 < p2 ? Phi(h - z) : 1 - Phi(h + z);
 }

@@ -1,15 +1,40 @@
 // Two independent proportions: what the sample-size searches evaluate.
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 #include "statpower/core.h"
 
+namespace statpower {
+
+// ---- Design vectors of the sample-size searches ----------------------------------------------------------
+
+/// r: the allocation ratio n2 / n1.
+struct TwoProportionsSearch {
+    double target, p1, p2, r;
+    int method, test, sides;
+    double alpha;
+    bool continuity_correction, pooled;
+    auto fields() {
+        return std::tie(target, p1, p2, r, method, test, sides, alpha, continuity_correction, pooled);
+    }
+};
+
+struct TwoProportionsHalfWidthSearch {
+    double target, p1, p2, r;
+    int method;
+    double alpha;
+    bool continuity_correction;
+    auto fields() { return std::tie(target, p1, p2, r, method, alpha, continuity_correction); }
+};
+
+}  // namespace statpower
+
 namespace POWER_NAMESPACE {
 
-/// Power at n1 = N and n2 = r N, but at least 1, minus the target. Design: target power, p1, p2, allocation
-/// ratio r, method, test, sides, alpha, continuity correction, pooled. Method 1 with test 4 is evaluated as
-/// method 1 with test 0.
+/// Power at n1 = N and n2 = r N, but at least 1, minus the target. Design:
+/// TwoProportionsSearch. Method 1 with test 4 is evaluated as method 1 with test 0.
 STATPOWER_API double IndSampBinomFunc(double N, std::vector<double> design,
                                       OrvCommon_940::OrvQueryCancel* cancel);
 
@@ -23,8 +48,8 @@ STATPOWER_API double IndSampBinomFunc(double N, std::vector<double> design,
 STATPOWER_API void PowerReverseU4Binom(std::vector<double>& result, std::vector<double> design,
                                        OrvCommon_940::OrvQueryCancel* cancel);
 
-/// Target half-width minus the half-width at n1 and n2 = r n1. Design: target half-width, p1, p2, r, interval
-/// method, alpha, continuity correction. 0 for a method other than 1 to 5: method 0 is solved in closed form.
+/// Target half-width minus the half-width at n1 and n2 = r n1. Design:
+/// TwoProportionsHalfWidthSearch. 0 for a method other than 1 to 5: method 0 is solved in closed form.
 STATPOWER_API double _SampleSizebyHalfCIIndSampBinom(double n1, std::vector<double> design,
                                                      OrvCommon_940::OrvQueryCancel* cancel);
 

@@ -6,16 +6,14 @@
 #include "core/cancel.h"
 #include "core/integers.h"
 #include "core/rejection.h"
-#include "orvcommon/dist_fun.h"
+#include "core/result_codes.h"
 #include "orvcommon/mv.h"
-#include "proportions/result_codes.h"
 #include "proportions/two/counts.h"
 #include "proportions/two/design.h"
 
 using namespace statpower;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
-using OrvMath_940::OrvDistFun;
 
 namespace {
 
@@ -83,8 +81,8 @@ enum class AskedAgain : bool { kNo, kYes };
 /// ones
 /// @param rejects  rejects(x1, x2)
 template <class Few, class Rejects>
-double probability_of_rejection(const Group& group1, const Group& group2, Few few, Rejects rejects,
-                                AskedAgain asked_again, OrvQueryCancel* cancel) {
+double probability_of_rejection(const BinomialGroup& group1, const BinomialGroup& group2, Few few,
+                                Rejects rejects, AskedAgain asked_again, OrvQueryCancel* cancel) {
     const CountFunction& probability1 = group1.probability();
     const CountFunction& probability2 = group2.probability();
     const Tails tails(group2);
@@ -122,7 +120,7 @@ double probability_of_rejection(const Group& group1, const Group& group2, Few fe
         if (rejected > rejected_before) power += probability1[x1] * probability;
     }
     if (asked_again == AskedAgain::kYes && stop_requested(cancel, rejected)) return OrvMV::Missing();
-    return std::isnan(power) ? -2 : power;
+    return std::isnan(power) ? kDistributionFailure : power;
 }
 
 bool can_enumerate(double n1, double n2, double p1, double p2, double alpha) {
@@ -170,9 +168,9 @@ double _BinEnumLRTTestStatsL(double n1, double n2, double x1, double x2) {
 double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, int sides, double alpha,
                                    bool continuityCorrection, OrvQueryCancel* cancel) {
     if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
-    const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
-    const Group group1(n1, p1);
-    const Group group2(n2, p2);
+    const double critical = z_critical(tail_level(sides, alpha));
+    const BinomialGroup group1(n1, p1);
+    const BinomialGroup group2(n2, p2);
     return probability_of_rejection(
         group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
         [&](int x1, int x2) {
@@ -185,9 +183,9 @@ double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, i
 double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int sides, double alpha,
                                bool pooled, OrvQueryCancel* cancel) {
     if (!(can_enumerate(n1, n2, p1, p2, alpha) && n1 + n2 > 2)) return kInvalid;
-    const double critical = t_critical(sides == 0 ? alpha / 2 : alpha, n1 + n2 - 2, {1e-20, 1e-12});
-    const Group group1(n1, p1);
-    const Group group2(n2, p2);
+    const double critical = t_critical(tail_level(sides, alpha), n1 + n2 - 2, {1e-20, 1e-12});
+    const BinomialGroup group1(n1, p1);
+    const BinomialGroup group2(n2, p2);
     return probability_of_rejection(
         group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
         [&](int x1, int x2) { return _BinEnumTTestStatsT(n1, n2, p1, p2, x1, x2, sides, pooled) > critical; },
@@ -197,9 +195,9 @@ double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int s
 double _PowerIndSamBinBinEnumLRT(double n1, double n2, double p1, double p2, int sides, double alpha,
                                  OrvQueryCancel* cancel) {
     if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
-    const double critical = OrvDistFun::IdfStdNorm(1 - (sides == 0 ? alpha / 2 : alpha));
-    const Group group1(n1, p1);
-    const Group group2(n2, p2);
+    const double critical = z_critical(tail_level(sides, alpha));
+    const BinomialGroup group1(n1, p1);
+    const BinomialGroup group2(n2, p2);
     constexpr int kBothSides = 0;  // the statistic does not know the direction of a difference
     return probability_of_rejection(
         group1, group2,

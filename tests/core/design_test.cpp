@@ -7,53 +7,86 @@
 #include <cmath>
 #include <limits>
 
-using statpower::DesignReader;
-using statpower::pack_design;
+using statpower::arrays;
+using statpower::pack;
+using statpower::unpack;
 using testing::ElementsAre;
 
 namespace {
 
+struct Numbers {
+    double first, second, third;
+    auto fields() { return std::tie(first, second, third); }
+};
+
+struct Codes {
+    int a, b, c, d, e;
+    auto fields() { return std::tie(a, b, c, d, e); }
+};
+
+struct Flags {
+    bool a, b, c, d;
+    auto fields() { return std::tie(a, b, c, d); }
+};
+
+struct Groups {
+    double target;
+    int k;
+    std::span<const double> means, sizes;
+    double alpha;
+    auto fields() { return std::tuple_cat(std::tie(target, k), arrays(k, means, sizes), std::tie(alpha)); }
+};
+
 TEST(DesignVector, HoldsNumbersCodesFlagsAndArraysInOrder) {
-    const std::vector<double> array = {7, 8};
-    EXPECT_THAT(pack_design(0.8, 3, true, false, array, -1.5), ElementsAre(0.8, 3, 1, 0, 7, 8, -1.5));
+    EXPECT_THAT(pack(Numbers{0.8, -1.5, 7}), ElementsAre(0.8, -1.5, 7));
+    EXPECT_THAT(pack(Codes{3, -2, 0, 1, 1}), ElementsAre(3, -2, 0, 1, 1));
+    EXPECT_THAT(pack(Flags{true, false, true, true}), ElementsAre(1, 0, 1, 1));
+    const std::vector<double> means = {7, 8}, sizes = {20, 30};
+    EXPECT_THAT(pack(Groups{0.8, 2, means, sizes, 0.05}), ElementsAre(0.8, 2, 7, 8, 20, 30, 0.05));
 }
 
 TEST(DesignVector, NumbersAreReadBackInOrderAndBeyondTheEndAsNaN) {
-    const std::vector<double> design = {0.8, 0.5, 0.05, 7};
-    DesignReader d(design);
-    EXPECT_THAT(d.numbers<3>(), ElementsAre(0.8, 0.5, 0.05));
-    const auto [last, beyond] = d.numbers<2>();
-    EXPECT_EQ(last, 7);
-    EXPECT_TRUE(std::isnan(beyond));
+    const std::vector<double> design = {0.8, 0.5};
+    const auto numbers = unpack<Numbers>(design);
+    EXPECT_EQ(numbers.first, 0.8);
+    EXPECT_EQ(numbers.second, 0.5);
+    EXPECT_TRUE(std::isnan(numbers.third));
 }
 
 TEST(DesignVector, IntegersAreReadBackByTruncationTowardsZero) {
     const std::vector<double> design = {2.9, -2.9, 1e300, -1e300, std::nan("")};
-    DesignReader d(design);
-    EXPECT_EQ(d.integer(), 2);
-    EXPECT_EQ(d.integer(), -2);
-    EXPECT_EQ(d.integer(), std::numeric_limits<int>::max());
-    EXPECT_EQ(d.integer(), std::numeric_limits<int>::min());
-    EXPECT_EQ(d.integer(), 0);
+    const auto codes = unpack<Codes>(design);
+    EXPECT_EQ(codes.a, 2);
+    EXPECT_EQ(codes.b, -2);
+    EXPECT_EQ(codes.c, std::numeric_limits<int>::max());
+    EXPECT_EQ(codes.d, std::numeric_limits<int>::min());
+    EXPECT_EQ(codes.e, 0);
 }
 
 TEST(DesignVector, FlagsAreTrueWhenNotZero) {
     const std::vector<double> design = {0, 1, -0.5, 0.25};
-    DesignReader d(design);
-    EXPECT_FALSE(d.flag());
-    EXPECT_TRUE(d.flag());
-    EXPECT_TRUE(d.flag());
-    EXPECT_TRUE(d.flag());
+    const auto flags = unpack<Flags>(design);
+    EXPECT_FALSE(flags.a);
+    EXPECT_TRUE(flags.b);
+    EXPECT_TRUE(flags.c);
+    EXPECT_TRUE(flags.d);
 }
 
-TEST(DesignVector, ElementsBeyondTheEndAreNaNAndArraysThatDoNotFitAreEmpty) {
-    const std::vector<double> design = {1, 2, 3};
-    DesignReader d(design);
-    EXPECT_TRUE(d.array(4).empty());
-    EXPECT_TRUE(d.array(-1).empty());
-    EXPECT_EQ(d.array(2).size(), 2u);
-    EXPECT_EQ(d.number(), 3);
-    EXPECT_TRUE(std::isnan(d.number()));
+TEST(DesignVector, ArraysAreReadBackByTheCountBeforeThem) {
+    const std::vector<double> design = {0.8, 2, 7, 8, 20, 30, 0.05};
+    const auto groups = unpack<Groups>(design);
+    EXPECT_THAT(groups.means, ElementsAre(7, 8));
+    EXPECT_THAT(groups.sizes, ElementsAre(20, 30));
+    EXPECT_EQ(groups.alpha, 0.05);
+}
+
+TEST(DesignVector, ArraysThatDoNotFitAreEmptyAndTakeNothing) {
+    const std::vector<double> too_short = {0.8, 3, 7};
+    EXPECT_TRUE(unpack<Groups>(too_short).means.empty());
+    EXPECT_EQ(unpack<Groups>(too_short).alpha, 7);
+    const std::vector<double> negative = {0.8, -1, 7};
+    EXPECT_TRUE(unpack<Groups>(negative).means.empty());
+    EXPECT_EQ(unpack<Groups>(negative).alpha, 7);
 }
 
 }  // namespace
