@@ -1,6 +1,7 @@
 #include "plan/vocabulary.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 namespace statplan {
@@ -32,22 +33,33 @@ Sizes two_samples(double (*least)(const Values&)) {
             .note = "n is the number in each group"};
 }
 
+namespace {
+
+/// Lists with an element for each group.
+constexpr std::array kOfGroups{&means, &coefficients, &sizes, &weights};
+
+}  // namespace
+
 int group_count(const Values& v) {
-    for (const Argument* list : {&means, &sizes, &weights})
+    for (const Argument* list : kOfGroups)
         if (!v.list(*list).empty()) return static_cast<int>(v.list(*list).size());
     return std::isnan(v[groups]) ? 0 : static_cast<int>(std::min(v[groups], 1e6));
 }
 
 namespace {
 
-/// The share of each of k groups; equal unless weights say otherwise.
-std::vector<double> shares_of_groups(const Values& v) {
-    const auto given = v.list(weights);
-    std::vector<double> shares(given.begin(), given.end());
-    if (shares.empty()) shares.assign(static_cast<std::size_t>(group_count(v)), 1);
+/// Relative sizes, made to add up to 1; equal ones where none are given.
+std::vector<double> proportions(std::span<const double> relative, int groups_in_all) {
+    std::vector<double> shares(relative.begin(), relative.end());
+    if (shares.empty()) shares.assign(static_cast<std::size_t>(groups_in_all), 1);
     const double sum = std::accumulate(shares.begin(), shares.end(), 0.0);
     for (double& share : shares) share /= sum;
     return shares;
+}
+
+/// The share of each of k groups; equal unless weights say otherwise.
+std::vector<double> shares_of_groups(const Values& v) {
+    return proportions(v.list(weights), group_count(v));
 }
 
 /// A total in whole numbers, by largest remainders: the sizes add up to it.
@@ -70,6 +82,27 @@ void same_size_each(Values& v) {
 }
 
 }  // namespace
+
+std::vector<double> proportions_of_groups(const Values& v) {
+    return proportions(v.list(v.has(sizes) ? sizes : weights), group_count(v));
+}
+
+Check groups_agree(const Values& v) {
+    const int k = group_count(v);
+    const auto refusal = [](const Argument& a, std::string reason) {
+        return Refusal{.argument = std::string(a.name), .reason = std::move(reason)};
+    };
+    if (k == 0) return refusal(groups, "is needed, or the sizes or weights of the groups");
+    const auto disagreement = [&](const Argument& a, std::size_t count) {
+        return refusal(
+            a, "says " + std::to_string(count) + " groups, and another argument says " + std::to_string(k));
+    };
+    for (const Argument* list : kOfGroups)
+        if (const auto length = v.list(*list).size(); length != 0 && length != static_cast<std::size_t>(k))
+            return disagreement(*list, length);
+    if (v[groups] < k || v[groups] > k) return disagreement(groups, static_cast<std::size_t>(v[groups]));
+    return {};
+}
 
 Sizes k_samples() {
     return {.ways = {{{n.means_in_words("Size of each group").said("{} in each group")}, same_size_each},

@@ -2,6 +2,10 @@
 // arguments says so in a copy (`n.from(4)`), which is still the same argument.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
 #include "statplan/catalogue.h"
 
 namespace statplan {
@@ -116,6 +120,12 @@ inline const Argument means{.name = "means",
                             .unit = "units of the data",
                             .kind = Kind::list,
                             .phrase = "means of {}"};
+inline const Argument coefficients{
+    .name = "coefficients",
+    .meaning = "Contrast: a coefficient for each group, on any scale; they sum to 0",
+    .range = {.low = -1e100, .high = 1e100},
+    .kind = Kind::list,
+    .phrase = "contrast coefficients of {}"};
 inline const Argument diff{.name = "diff",
                            .meaning = "Difference of the means, first minus second",
                            .unit = "units of the data",
@@ -234,8 +244,13 @@ Sizes one_sample(double (*least)(const Values&), const Argument& size = n);
 Sizes two_samples(double (*least)(const Values&));
 /// k groups: n each, sizes, or total and weights. Kernels read `sizes`.
 Sizes k_samples();
-/// How many groups a design has: as many as `means`, `sizes`, `weights` or `groups` say, 0 where nothing does.
+/// How many groups a design has: as many as `means`, `coefficients`, `sizes`, `weights` or `groups` say, 0 where
+/// nothing does.
 int group_count(const Values& v);
+/// Refuses a number of groups that is not known, or that these arguments do not agree on.
+Check groups_agree(const Values& v);
+/// Proportions of the groups in the sample: by `sizes` or else `weights`, equal where neither is given.
+std::vector<double> proportions_of_groups(const Values& v);
 
 /// Smallest sizes that most tests can do with.
 inline double least_1(const Values&) {
@@ -243,6 +258,20 @@ inline double least_1(const Values&) {
 }
 inline double least_2(const Values&) {
     return 2;
+}
+
+// ---- Answers of the power library ------------------------------------------------------------------------
+
+/// A power. The library's failure values (-1, 2, the missing value) are outside [0, 1]: NaN. The sum of two
+/// tails may round to a hair above 1.
+inline double probability(double power) {
+    constexpr double kRounding = 1e-9;
+    return power >= 0 && power <= 1 + kRounding ? std::min(power, 1.0) : kNotGiven;
+}
+
+/// A half-width; NaN where there is none (a missing quantile makes it negative).
+inline double width(double half_width) {
+    return half_width >= 0 && half_width < kInfinity ? half_width : kNotGiven;
 }
 
 inline bool sided(const Values& v) {
