@@ -12,7 +12,8 @@ const Argument psi{.name = "psi",
                    .null = Null{0},
                    .phrase = "a contrast of {}"};
 const Argument d_psi =
-    d.means_in_words("Standardised contrast: psi over the standard deviation within groups");
+    d.means_in_words("Standardised contrast: psi over the standard deviation within groups")
+        .said("a standardised contrast of {}");
 const Argument f_psi = f.means_in_words("Cohen's f of the contrast: noncentrality N f^2");
 
 void complete_psi(Values& v) {

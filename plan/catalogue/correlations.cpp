@@ -93,7 +93,8 @@ const Entry pearson{{
                   1e-9, "R: pnorm((atanh(0.5) - atanh(0.3)) * sqrt(97) - qnorm(0.95))"}},
 }};
 
-const Argument r_partial = r.means_in_words("Partial correlation expected");
+const Argument r_partial =
+    r.means_in_words("Partial correlation expected").said("a partial correlation of {}");
 
 const Entry partial{{
     .name = "partial",
@@ -120,7 +121,7 @@ const Entry partial{{
                   0.462752515262, 1e-9, "R: pnorm((atanh(0.3) - atanh(0.1)) * sqrt(55) - qnorm(0.95))"}},
 }};
 
-const Argument r_of_ranks = r.means_in_words("Rank correlation expected");
+const Argument r_of_ranks = r.means_in_words("Rank correlation expected").said("a rank correlation of {}");
 
 /// The variances of z have N - 3 in them, except Caruso and Cliff's.
 double least_for_ranks(const Values& v) {

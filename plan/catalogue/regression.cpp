@@ -82,7 +82,7 @@ const Entry regression{{
     .title = "Multiple linear regression",
     .family = Family::regression,
     .study = "A measurement and its predictors: do all of them, or a set of them, explain any of it?",
-    .phrase = "F test in a multiple linear regression",
+    .phrase = "multiple regression F test",
     .sizes = one_sample([](const Values& v) { return v[predictors] + 1 + v[intercept]; }),
     .power = {.ways = {{{r2, predictors}, [](Values& v) { all_tested(v), v.set(f2, v[r2] / (1 - v[r2])); }},
                        {{r2.null_at(r2_reduced), r2_reduced, predictors, tested},
