@@ -1,4 +1,5 @@
-# Installed: the two libraries, the headers, the command, a CMake package and a pkg-config file.
+# Installed: the libraries, the headers, the command, and for the power library and the planner each a CMake package
+# and a pkg-config file.
 include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
@@ -9,19 +10,25 @@ else()
   install(TARGETS orvcommon940r EXPORT statpower)
   set(STATPOWER_COMMON_FLAGS "-lorvcommon940r")
 endif()
+install(TARGETS statplan EXPORT statplan)
 if(STATPOWER_BUILD_CLI)
   install(TARGETS statpower_cli)
 endif()
 
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/statpower)
-install(EXPORT statpower NAMESPACE statpower:: DESTINATION ${package_dir} FILE statpowerTargets.cmake)
-configure_package_config_file(cmake/statpowerConfig.cmake.in statpowerConfig.cmake
-                              INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(statpowerConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/statpowerConfig.cmake ${PROJECT_BINARY_DIR}/statpowerConfigVersion.cmake
-        DESTINATION ${package_dir})
-
-# The way from the pkg-config file back to the prefix, so that an installed tree can be moved.
+# The way from a pkg-config file back to the prefix, so that an installed tree can be moved.
 file(RELATIVE_PATH RELATIVE_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-configure_file(cmake/statpower.pc.in statpower.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/statpower.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# find_package(NAME) and pkg-config NAME, for the targets of the export set NAME.
+function(statpower_install_package name)
+  set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+  install(EXPORT ${name} NAMESPACE ${name}:: DESTINATION ${package_dir} FILE ${name}Targets.cmake)
+  configure_package_config_file(cmake/${name}Config.cmake.in ${name}Config.cmake INSTALL_DESTINATION ${package_dir})
+  write_basic_package_version_file(${name}ConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}Config.cmake ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake
+          DESTINATION ${package_dir})
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+statpower_install_package(statpower)
+statpower_install_package(statplan)

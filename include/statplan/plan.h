@@ -155,7 +155,7 @@ class STATPLAN_API Plan {
     Plan& operator=(Plan&&) noexcept;
 
   private:
-    struct Parts;
+    struct STATPLAN_HIDDEN Parts;
     explicit Plan(std::unique_ptr<Parts> parts);
     std::unique_ptr<Parts> parts_;
 };

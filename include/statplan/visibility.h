@@ -2,3 +2,4 @@
 #pragma once
 
 #define STATPLAN_API __attribute__((visibility("default")))
+#define STATPLAN_HIDDEN __attribute__((visibility("hidden")))
