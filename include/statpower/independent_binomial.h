@@ -24,8 +24,11 @@
 // - A table without any success, or without any failure, gets 0.001 successes or failures a group in the
 //   chi-square and t statistics.
 //
-// Group sizes that are not whole: exact powers count successes up to the truncated size, with binomial
-// probabilities continued in n by the gamma function. Exact powers take totals n1 + n2 up to the largest int.
+// Group sizes that are not whole, which the searches try: exact powers count successes up to the truncated
+// size, with binomial probabilities continued in n by the gamma function. Fisher's test steps through the
+// possible successes of the first group from both ends, max(0, t - n2) and min(t, n1), which are fractions then;
+// its power at such a size serves the search and may exceed 1. Exact powers take totals n1 + n2 up to the
+// largest int.
 //
 // Sources: J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003),
 // chapters 3 and 4 (chi-square, arcsine and Fisher tests); A. Agresti, Categorical Data Analysis, 2nd ed.

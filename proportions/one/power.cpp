@@ -161,10 +161,10 @@ double _POSBNormalAppro(double N, double p1, double p0, int, int sides, double a
     const double s1 = standard_deviation(p1);
     const double c = continuityCorrection ? _ConCorrValue(N, p1, p0) : 0;
     const double z = z_critical(tail_level(sides, alpha));
-    const double lower = lower_tail(OrvDistFun::CdfStdNorm((d - s0 * z - c) / s1));
-    const double upper = upper_tail(OrvDistFun::CdfStdNorm((d + s0 * z + c) / s1));
-    if (sides == 0) return lower + upper;
-    return p1 > p0 ? upper : lower;
+    const double below = lower_tail(OrvDistFun::CdfStdNorm((d - s0 * z - c) / s1));
+    const double up_to = lower_tail(OrvDistFun::CdfStdNorm((d + s0 * z + c) / s1));
+    if (sides == 0) return below + 1 - up_to;
+    return p1 > p0 ? 1 - up_to : below;
 }
 
 double _POSBBinEnum(double N, double p1, double p0, int, int sides, double alpha, OrvQueryCancel* cancel) {

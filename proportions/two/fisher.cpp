@@ -63,81 +63,38 @@ class OddsPowers {
         const auto i = static_cast<std::size_t>(u);
         return i < powers_.size() ? powers_[i] : std::pow(odds_, u);
     }
+    double of_fraction(double u) const { return u == 0 ? 1 : std::pow(odds_, u); }
 
   private:
     double odds_;
     std::vector<double> powers_;
 };
 
-/// The conditional distribution of x1 given x1 + x2 = t, up to a factor.
-///
-/// The weights are those of _CondDisProb, so that the quotient by their sum is the same double, as long as
-/// none of them leaves the range of a double. Where one does, they are scaled to 1 at the mode and computed
-/// from there by the ratio of neighbours, until they are negligible beside `level`.
-class ConditionalDistribution {
-  public:
-    ConditionalDistribution(const Coefficients& coefficients1, const Coefficients& coefficients2,
-                            const BinomialGroup& group1, const BinomialGroup& group2, double odds,
-                            double level)
-        : coefficient1_(coefficients1),
-          coefficient2_(coefficients2),
-          trials1_(group1.trials()),
-          trials2_(group2.trials()),
-          odds_power_(odds, group1.trials()),
-          negligible_(kNegligibleShare * level) {}
+/// Tables of whole counts with a given total: C(trials1, x1) C(trials2, total - x1) are their weights at odds
+/// ratio 1.
+struct WholeTables {
+    int trials1;
+    int trials2;
+    int total;
 
-    void condition_on(int t) {
-        t_ = t;
-        lo_ = std::max(0, t - trials2_);
-        hi_ = std::min(t, trials1_);
-        if (!weigh_plainly()) weigh_from_mode();
-    }
+    int first() const { return std::max(0, total - trials2); }
+    int last() const { return std::min(total, trials1); }
 
-    /// The counts whose weights are not negligible: all possible ones, as long as nothing is scaled.
-    int lo() const { return lo_; }
-    int hi() const { return hi_; }
-    std::int64_t terms() const { return std::int64_t{hi_} - lo_ + 1; }
-    double total() const { return total_; }
-    double weight(int u) const { return weight_[u]; }
-
-    /// Probability of first..last as a quotient of sums; 0 for an empty stretch.
-    double probability(int first, int last) const {
-        return sum_of_weights(std::max(first, lo_), std::min(last, hi_)) / total_;
-    }
-
-    /// The same as a sum of quotients.
-    double sum_of_quotients(int first, int last) const {
-        double sum = 0;
-        for (double w : weight_.values(first, last)) sum += w / total_;
-        return sum;
-    }
-
-  private:
-    double plain_weight(int u) const {
-        return u < 0 || u > t_ ? 0 : coefficient1_(u) * coefficient2_(t_ - u) * odds_power_(u);
-    }
-
-    double sum_of_weights(int first, int last) const {
-        if (first > last) return 0;
-        const auto weights = weight_.values(first, last);
-        return std::accumulate(weights.begin(), weights.end(), 0.0);
-    }
-
-    /// The weights of u + 1 and u are as numerator to denominator; their quotient falls as u rises.
+    /// The weights of x + 1 and x are as numerator to denominator; their quotient falls as x rises.
     struct Ratio {
         double numerator;
         double denominator;
     };
-    Ratio ratio(int u) const {
-        const double x = u;
-        return {(trials1_ - x) * (t_ - x) * odds_power_.odds(), (x + 1) * (trials2_ - t_ + x + 1)};
+    Ratio ratio(int x1, double odds) const {
+        const double x = x1;
+        return {(trials1 - x) * (total - x) * odds, (x + 1) * (trials2 - total + x + 1)};
     }
 
-    int mode() const {
-        int low = lo_;
-        for (int high = hi_; low < high;) {
+    int mode(double odds) const {
+        int low = first();
+        for (int high = last(); low < high;) {
             const int middle = low + (high - low) / 2;
-            const Ratio next = ratio(middle);
+            const Ratio next = ratio(middle, odds);
             if (next.numerator < next.denominator)
                 high = middle;
             else
@@ -145,45 +102,227 @@ class ConditionalDistribution {
         }
         return low;
     }
+};
+
+/// The coefficients of both groups at the counts of every grid: whole ones, those upwards from t - n2, at
+/// -fraction2 beside a whole number, and those downwards from n1, at fraction1 beside one.
+struct DesignCoefficients {
+    DesignCoefficients(double n1, double n2)
+        : group1(n1),
+          group2(n2),
+          fraction1(n1 - group1.trials()),
+          fraction2(n2 - group2.trials()),
+          whole1(group1, 0),
+          whole2(group2, 0),
+          upwards1(group1, -fraction2),
+          upwards2(group2, fraction2),
+          downwards1(group1, fraction1),
+          downwards2(group2, -fraction1) {}
+
+    Coefficients group1, group2;
+    double fraction1, fraction2;
+    CoefficientTable whole1, whole2, upwards1, upwards2, downwards1, downwards2;
+};
+
+/// The weights of the counts on one grid, by the whole number that the count is next to.
+struct Weights {
+    CountFunction weight;
+    int first = 0;
+    int last = 0;
+
+    std::int64_t terms() const { return std::int64_t{last} - first + 1; }
+    double operator[](int k) const { return weight[k]; }
+    std::span<const double> values(int from, int to) const {
+        from = std::max(from, first);
+        to = std::min(to, last);
+        return from > to ? std::span<const double>() : weight.values(from, to);
+    }
+    double sum(int from, int to) const {
+        const auto terms = values(from, to);
+        return std::accumulate(terms.begin(), terms.end(), 0.0);
+    }
+    double sum() const { return sum(first, last); }
+};
+
+/// The conditional distribution of x1 given x1 + x2 = t, up to a factor.
+///
+/// The possible counts are taken in steps of one upwards from lo = max(0, t - n2) and downwards from
+/// hi = min(t, n1). For whole sizes these are the same counts; a fractional size shifts those that start from
+/// it. Probabilities are fractions of the sum over the counts upwards.
+///
+/// The weights are those of _CondDisProb, so that the quotient by their sum is the same double, as long as
+/// none of them leaves the range of a double. Where one does, they are scaled to 1 at the mode of the whole
+/// counts and computed from there by the ratio of neighbours, until they are negligible beside `level`.
+class ConditionalDistribution {
+  public:
+    /// @param downwards_too  whether the counts downwards from hi are needed
+    ConditionalDistribution(const DesignCoefficients& coefficients, double odds, double level,
+                            bool downwards_too)
+        : coefficients_(coefficients),
+          trials1_(coefficients.group1.trials()),
+          trials2_(coefficients.group2.trials()),
+          odds_power_(odds, trials1_ + 2),
+          negligible_(kNegligibleShare * level),
+          downwards_too_(downwards_too) {}
+
+    void condition_on(int t) {
+        t_ = t;
+        lo_ = std::max(0.0, t - coefficients_.group2.n());
+        hi_ = std::min<double>(t, coefficients_.group1.n());
+        lo_is_whole_ = t <= trials2_ || coefficients_.fraction2 == 0;
+        hi_is_whole_ = t <= trials1_ || coefficients_.fraction1 == 0;
+        one_grid_ = !downwards_too_ || (lo_is_whole_ && hi_is_whole_);
+        if (!weigh_plainly()) weigh_from_mode();
+    }
+
+    /// The counts whose weights are not negligible: all possible ones, as long as nothing is scaled.
+    const Weights& upwards() const { return upwards_; }
+    const Weights& downwards() const { return one_grid_ ? upwards_ : downwards_; }
+    std::int64_t terms() const { return upwards_.terms() + (one_grid_ ? 0 : downwards_.terms()); }
+    double total() const { return total_; }
+
+  private:
+    WholeTables whole_tables() const { return {trials1_, trials2_, t_}; }
 
     /// False where a weight, or the sum, is beyond the range of a double, or a power of the odds below it.
     bool weigh_plainly() {
-        if (!std::isfinite(plain_weight(mode()))) return false;
-        if (!(std::isnormal(odds_power_(lo_)) && std::isnormal(odds_power_(hi_)))) return false;
-        // One more on each side: the search for a critical value looks there too.
-        std::vector<double> weights;
-        for (int u = lo_ - 1; u <= hi_ + 1; ++u) weights.push_back(plain_weight(u));
-        weight_ = CountFunction(lo_ - 1, std::move(weights));
-        total_ = sum_of_weights(lo_, hi_);
-        return std::isfinite(total_);
+        const int mode = whole_tables().mode(odds_power_.odds());
+        if (!std::isfinite(coefficients_.whole1(mode) * coefficients_.whole2(t_ - mode) * odds_power_(mode)))
+            return false;
+        if (!(std::isnormal(odds_power_(to_int(lo_))) && std::isnormal(odds_power_(to_int(std::ceil(hi_))))))
+            return false;
+        upwards_ = weigh_upwards();
+        total_ = upwards_.sum();
+        if (!std::isfinite(total_)) return false;
+        if (one_grid_) return true;
+        downwards_ = weigh_downwards();
+        return std::isfinite(downwards_.sum());
     }
+
+    Weights weigh_upwards() const {
+        if (lo_is_whole_)
+            return weigh(to_int(lo_), to_int(hi_), 0, coefficients_.whole1, coefficients_.whole2);
+        const double fraction = -coefficients_.fraction2;
+        const int first = to_int(std::ceil(lo_));
+        int last = to_int(std::ceil(hi_));
+        if (last + fraction > hi_) --last;
+        // Adding 1 again and again rounds where the counts outgrow the precision of their fraction, and a
+        // rounded count may have another coefficient.
+        if ((last + fraction) - last == fraction)
+            return weigh(first, last, fraction, coefficients_.upwards1, coefficients_.upwards2);
+        std::vector<double> counts{lo_ - 1};
+        double u = lo_;
+        for (; u <= hi_; ++u) counts.push_back(u);
+        counts.push_back(u);
+        return weigh(first, fraction, counts);
+    }
+
+    Weights weigh_downwards() const {
+        if (hi_is_whole_)
+            return weigh(to_int(std::ceil(lo_)), to_int(hi_), 0, coefficients_.whole1, coefficients_.whole2);
+        const double fraction = coefficients_.fraction1;
+        const int last = to_int(hi_);
+        int first = to_int(lo_);
+        if (first + fraction < lo_) ++first;
+        const int farthest = t_ - first + 1;
+        if (farthest - (farthest - fraction) == fraction)
+            return weigh(first, last, fraction, coefficients_.downwards1, coefficients_.downwards2);
+        std::vector<double> counts;
+        for (int k = last + 1; k >= first - 1; --k) counts.insert(counts.begin(), hi_ - (last - k));
+        return weigh(first, fraction, counts);
+    }
+
+    // One more on each side: the search for a critical value looks there too.
+
+    /// The weights of the counts k + fraction for k = first..last.
+    Weights weigh(int first, int last, double fraction, const CoefficientTable& coefficient1,
+                  const CoefficientTable& coefficient2) const {
+        const double shift = odds_power_.of_fraction(fraction);
+        std::vector<double> weights;
+        weights.reserve(static_cast<std::size_t>(last - first) + 3);
+        for (int k = first - 1; k <= last + 1; ++k) {
+            const bool possible = k + fraction >= 0 && k + fraction <= t_;
+            weights.push_back(possible ? coefficient1(k) * coefficient2(t_ - k) * odds_power_(k) * shift : 0);
+        }
+        return {CountFunction(first - 1, std::move(weights)), first, last};
+    }
+
+    /// The weights of counts as they are, one more on each side included.
+    Weights weigh(int first, double fraction, const std::vector<double>& counts) const {
+        const double shift = odds_power_.of_fraction(fraction);
+        std::vector<double> weights;
+        int k = first - 1;
+        for (double u : counts) {
+            const bool possible = u >= 0 && u <= t_;
+            weights.push_back(possible ? coefficients_.group1(u) * coefficients_.group2(t_ - u) *
+                                             odds_power_(k) * shift
+                                       : 0);
+            ++k;
+        }
+        return {CountFunction(first - 1, std::move(weights)), first, k - 2};
+    }
+
+    // The coefficients use the integer parts of fractional counts, so that the weights are those of tables of
+    // whole counts, up to a factor: with e = 0 where the fractions of the sizes make a whole trial, else 1,
+    //
+    //     k - fraction2, upwards:    C(trials1 - e, k - 1) C(trials2, t - k)  trials1^e
+    //     k + fraction1, downwards:  C(trials1, k) C(trials2 - e, t - 1 - k)  trials2^e
+    //
+    // or, divided by the weight C(trials1, k) C(trials2, t - k) of the whole count k,
+    //
+    //     upwards:    k / (trials1 - k + 1)^(1 - e)
+    //     downwards:  (t - k) / (trials2 - t + k + 1)^(1 - e)
 
     void weigh_from_mode() {
-        weight_ = around_mode(
-            mode(), 1, lo_, hi_, negligible_,
-            [&](int u, double w) {
-                const Ratio r = ratio(u - 1);
-                return w * (r.denominator / r.numerator);
-            },
-            [&](int u, double w) {
-                const Ratio r = ratio(u);
-                return w * (r.numerator / r.denominator);
-            });
-        lo_ = weight_.first();
-        hi_ = weight_.last();
-        total_ = sum_of_weights(lo_, hi_);
+        const bool spare = coefficients_.fraction1 + coefficients_.fraction2 >= 1;
+        const int e = spare ? 0 : 1;
+        const int k = whole_tables().mode(odds_power_.odds());
+        upwards_ = lo_is_whole_ ? weigh_from(k, 1, whole_tables(), 0)
+                                : weigh_from(k,
+                                             k / (spare ? trials1_ - k + 1.0 : 1.0) *
+                                                 odds_power_.of_fraction(-coefficients_.fraction2),
+                                             {trials1_ - e, trials2_, t_ - 1}, 1);
+        total_ = upwards_.sum();
+        if (one_grid_) return;
+        downwards_ = hi_is_whole_ ? weigh_from(k, 1, whole_tables(), 0)
+                                  : weigh_from(k,
+                                               (t_ - k) / (spare ? trials2_ - t_ + k + 1.0 : 1.0) *
+                                                   odds_power_.of_fraction(coefficients_.fraction1),
+                                               {trials1_, trials2_ - e, t_ - 1}, 0);
     }
 
-    const Coefficients& coefficient1_;
-    const Coefficients& coefficient2_;
+    /// The weights of `tables`, whose counts are less by `shift`, from that of count k outwards.
+    Weights weigh_from(int k, double at_k, const WholeTables& tables, int shift) const {
+        const double odds = odds_power_.odds();
+        CountFunction weight = around_mode(
+            k, at_k, tables.first() + shift, tables.last() + shift, negligible_ * at_k,
+            [&](int u, double w) {
+                const auto ratio = tables.ratio(u - shift - 1, odds);
+                return w * (ratio.denominator / ratio.numerator);
+            },
+            [&](int u, double w) {
+                const auto ratio = tables.ratio(u - shift, odds);
+                return w * (ratio.numerator / ratio.denominator);
+            });
+        const int first = weight.first();
+        const int last = weight.last();
+        return {std::move(weight), first, last};
+    }
+
+    const DesignCoefficients& coefficients_;
     int trials1_;
     int trials2_;
     OddsPowers odds_power_;
     double negligible_;
+    bool downwards_too_;
     int t_ = 0;
-    int lo_ = 0;
-    int hi_ = 0;
-    CountFunction weight_;
+    double lo_ = 0;
+    double hi_ = 0;
+    bool lo_is_whole_ = true;
+    bool hi_is_whole_ = true;
+    bool one_grid_ = true;
+    Weights upwards_;
+    Weights downwards_;
     double total_ = 0;
 };
 
@@ -193,25 +332,28 @@ class ConditionalDistribution {
 /// counts where no tail qualifies.
 int upper_critical_value(const ConditionalDistribution& null, double a) {
     constexpr double kClose = 1e-12;
+    const Weights& weights = null.downwards();
     const double level = a * null.total();
     double tail = 0;
-    for (int k = null.hi(); k >= null.lo(); --k) {
-        tail += null.weight(k);
-        if (tail + null.weight(k - 1) < (1 - kClose) * level) continue;
+    for (int k = weights.last; k >= weights.first; --k) {
+        tail += weights[k];
+        if (tail + weights[k - 1] < (1 - kClose) * level) continue;
         if (tail > (1 + kClose) * level) break;
-        const double S = null.sum_of_quotients(k, null.hi());
-        if (S <= a && S + null.weight(k - 1) / null.total() > a) return k;
+        double S = 0;
+        for (double w : weights.values(k, weights.last)) S += w / null.total();
+        if (S <= a && S + weights[k - 1] / null.total() > a) return k;
     }
     return std::numeric_limits<int>::max();
 }
 
 /// _quantileAscending: its sums, each one term longer than the last, are running sums.
 int lower_critical_value(const ConditionalDistribution& null, double a) {
+    const Weights& weights = null.upwards();
     double S = 0;
-    for (int k = null.lo(); k <= null.hi(); ++k) {
-        S += null.weight(k) / null.total();
+    for (int k = weights.first; k <= weights.last; ++k) {
+        S += weights[k] / null.total();
         if (S > a) break;
-        if (S + null.weight(k + 1) / null.total() > a) return k;
+        if (S + weights[k + 1] / null.total() > a) return k;
     }
     return std::numeric_limits<int>::min();
 }
@@ -249,26 +391,54 @@ class TotalTerms {
 
 }  // namespace
 
-statpower::Coefficients::Coefficients(int n) : n_(n) {
+statpower::Coefficients::Coefficients(double n) : n_(n), trials_(to_int(n)) {
     constexpr int kLargestFinite = 519;  // 2k over k exceeds a double for any larger k
-    const int highest = std::min(n / 2, kLargestFinite);
+    const int highest = std::min(trials_ / 2, kLargestFinite);
     // The sums of logarithms of Combination for all k at once, each in its own order.
-    std::vector<double> log_product(static_cast<std::size_t>(highest) + 1);
-    for (int first_k = highest; first_k >= 1; --first_k) {
-        const double log_factor = std::log(static_cast<double>(n) - first_k + 1);
-        for (int k = first_k; k <= highest; ++k) log_product[static_cast<std::size_t>(k)] += log_factor;
+    std::vector<double> log_product(static_cast<std::size_t>(highest) + 2);
+    for (int first_k = highest + 1; first_k >= 1; --first_k) {
+        const double log_factor = std::log(static_cast<double>(trials_) - first_k + 1);
+        for (int k = first_k; k <= highest + 1; ++k) log_product[static_cast<std::size_t>(k)] += log_factor;
     }
     double log_factorial = 0;
     for (int k = 0; k <= highest; ++k) {
         if (k > 0) log_factorial += std::log(static_cast<double>(k));
-        values_.push_back(std::exp(std::abs(log_factorial - log_product[static_cast<std::size_t>(k)])));
+        const auto product = log_product.begin() + k;
+        whole_.push_back(std::exp(std::abs(log_factorial - product[0])));
+        one_factor_more_.push_back(std::exp(std::abs(log_factorial - product[1])));
     }
 }
 
-double statpower::Coefficients::operator()(int k) const {
-    if (k < 0 || k > n_) return 1;
-    const auto m = static_cast<std::size_t>(std::min(k, n_ - k));
-    return m < values_.size() ? values_[m] : kInfinity;
+double statpower::Coefficients::operator()(double k) const {
+    const double m = std::min(n_ - k, k);
+    if (m < 0) return 1;
+    const auto factors_below = static_cast<int>(m);
+    if (static_cast<std::size_t>(factors_below) >= whole_.size()) return kInfinity;
+    const int factors_above = trials_ - static_cast<int>(n_ - m + 1) + 1;
+    const auto i = static_cast<std::size_t>(factors_below);
+    if (factors_above == factors_below) return whole_[i];
+    if (factors_above == factors_below + 1 && m > factors_below) return one_factor_more_[i];
+    return Combination(n_, k);
+}
+
+statpower::CoefficientTable::CoefficientTable(const Coefficients& coefficients, double fraction)
+    : trials_(coefficients.trials()) {
+    for (int k = 0; k <= trials_ / 2; ++k) {
+        low_.push_back(coefficients(k + fraction));
+        if (low_.back() == kInfinity) break;
+    }
+    for (int k = trials_ + 1; k > trials_ / 2; --k) {
+        high_.push_back(coefficients(k + fraction));
+        if (high_.back() == kInfinity) break;
+    }
+}
+
+double statpower::CoefficientTable::operator()(int k) const {
+    if (k < 0 || k > trials_ + 1) return 1;
+    const bool is_low = k <= trials_ / 2;
+    const auto i = static_cast<std::size_t>(is_low ? k : trials_ + 1 - k);
+    const std::vector<double>& side = is_low ? low_ : high_;
+    return i < side.size() ? side[i] : kInfinity;
 }
 
 namespace POWER_NAMESPACE {
@@ -333,29 +503,38 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     const bool rejects_high = sides == 0 || p1 > p2;
     const bool rejects_low = sides == 0 || !(p1 > p2);
 
+    Questions questions(cancel);
+    if (questions.stop_ahead()) return OrvMV::Missing();
     const BinomialGroup group1(n1, p1);
+    if (questions.stop_ahead()) return OrvMV::Missing();
     const BinomialGroup group2(n2, p2);
     const CountFunction& probability1 = group1.probability();
     const CountFunction& probability2 = group2.probability();
-    const Coefficients coefficients1(group1.trials());
-    const Coefficients coefficients2(group2.trials());
-    ConditionalDistribution null(coefficients1, coefficients2, group1, group2, 1, level);
-    ConditionalDistribution alternative(coefficients1, coefficients2, group1, group2, psi, level);
+    const DesignCoefficients coefficients(n1, n2);
+    ConditionalDistribution null(coefficients, 1, level, rejects_high);
+    ConditionalDistribution alternative(coefficients, psi, level, rejects_high);
+    // Between shifted grids a sum of probabilities may be as large as the odds of the fractions.
+    const bool whole = n1 == std::trunc(n1) && n2 == std::trunc(n2);
+    const double largest_sum = whole ? 1 : std::max(1.0, psi * psi);
 
     double power = 0;
     const auto add_total = [&](int t) {
         const TotalTerms terms(probability1, probability2, t);
-        if (stop_requested(cancel, 1 + terms.count())) return false;
+        if (questions.stop(1 + terms.count())) return false;
         const double total = terms.sum();
-        if (total < kNegligible || total < kNegligibleShare * power) return true;
+        if (total < kNegligible || total * largest_sum < kNegligibleShare * power) return true;
         null.condition_on(t);
         alternative.condition_on(t);
-        if (stop_requested(cancel, null.terms() + alternative.terms())) return false;
+        if (questions.stop(null.terms() + alternative.terms())) return false;
         double rejected = 0;
-        if (rejects_high)
-            rejected += alternative.probability(upper_critical_value(null, level), alternative.hi());
-        if (rejects_low)
-            rejected += alternative.probability(alternative.lo(), lower_critical_value(null, level));
+        if (rejects_high) {
+            const Weights& weights = alternative.downwards();
+            rejected += weights.sum(upper_critical_value(null, level), weights.last) / alternative.total();
+        }
+        if (rejects_low) {
+            const Weights& weights = alternative.upwards();
+            rejected += weights.sum(weights.first, lower_critical_value(null, level)) / alternative.total();
+        }
         power += total * rejected;
         return true;
     };

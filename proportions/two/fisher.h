@@ -4,6 +4,9 @@
 // with odds ratio 1; the power weighs the probability of that, under the odds ratio psi of p1 and p2, with
 // the probability of each total. The helpers below are the definitions, each sum from scratch; the power
 // makes the same decisions with every conditional distribution computed once.
+//
+// A sample-size search tries fractional sizes. There the possible x1 start from the fractional ends
+// max(0, t - n2) and min(t, n1), and the power is what the helpers give, which may exceed 1.
 #pragma once
 
 #include "statpower/core.h"
@@ -47,17 +50,40 @@ STATPOWER_API double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p
 
 namespace statpower {
 
-/// Binomial coefficients C(n, k) of one n: exactly the doubles of Combination.
+/// Binomial coefficients C(n, k) of one n, for n and k possibly fractional: exactly the doubles of
+/// Combination.
 class Coefficients {
   public:
-    explicit Coefficients(int n);
+    explicit Coefficients(double n);
 
-    /// 1 for k outside 0..n, infinity where the coefficient exceeds a double.
+    double n() const { return n_; }
+    /// Truncated n.
+    int trials() const { return trials_; }
+
+    double operator()(double k) const;
+
+  private:
+    double n_;
+    int trials_;
+    // For m, the smaller one of k and n - k, truncated, as far as they are finite: the coefficient of m whole
+    // factors, and what a fraction of m that reaches one more factor of the numerator makes of it.
+    std::vector<double> whole_;
+    std::vector<double> one_factor_more_;
+};
+
+/// The coefficients C(n, k + fraction) of whole k, looked up.
+class CoefficientTable {
+  public:
+    /// @param fraction  between -1 and 1
+    CoefficientTable(const Coefficients& coefficients, double fraction);
+
     double operator()(int k) const;
 
   private:
-    int n_;
-    std::vector<double> values_;  // for k up to n / 2, as far as they are finite
+    int trials_;
+    // From both ends inwards, as far as they are finite.
+    std::vector<double> low_;
+    std::vector<double> high_;
 };
 
 }  // namespace statpower

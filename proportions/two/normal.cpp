@@ -51,10 +51,10 @@ double _PowerIndSamBinNormalApproxChisq(double n1, double n2, double p1, double 
     const double S0 = pooled ? std::sqrt(pbar * (1 - pbar) * (1 / n1 + 1 / n2)) : S1;
     const double c = continuityCorrection ? (1 / n1 + 1 / n2) / 2 : 0;
     const double z = z_critical(tail_level(sides, alpha));
-    const double upper = Phi((d - S0 * z - c) / S1);
-    const double lower = 1 - Phi((d + S0 * z + c) / S1);
-    if (sides == 0) return upper + lower;
-    return p1 > p2 ? upper : lower;
+    const double below = Phi((d - S0 * z - c) / S1);
+    const double up_to = Phi((d + S0 * z + c) / S1);
+    if (sides == 0) return below + 1 - up_to;
+    return p1 > p2 ? below : 1 - up_to;
 }
 
 double _PowerIndSamBinNormalApproxT(double n1, double n2, double p1, double p2, int sides, double alpha,

@@ -68,58 +68,74 @@ int first_failure(int first, int last, int guess, Holds holds) {
 
 /// Which tables beside x1 successes of the first group can reject: those of few successes in the second
 /// group, of many, or both. Returns the number of x2, from 0, that count as few.
-int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1, int trials2) {
+int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1) {
     if (sides == 0) return to_int(std::floor(n2 * x1 / n1)) + 1;
-    return first_is_larger ? trials2 + 1 : 0;
+    return first_is_larger ? to_int(n2) + 1 : 0;
 }
 
 /// How often the cancel object is asked for a table that rejects, besides once for every table.
 enum class AskedAgain : bool { kNo, kYes };
 
 /// Probability of the tables that reject.
+///
+/// Tables are visited while their counts are below the sizes plus 1. A fractional size thus has a count
+/// beyond it, of probability 0.
 /// @param few      few(x1): below this x2 the tables that reject are the lowest ones, from it on the highest
 /// ones
 /// @param rejects  rejects(x1, x2)
 template <class Few, class Rejects>
-double probability_of_rejection(const BinomialGroup& group1, const BinomialGroup& group2, Few few,
-                                Rejects rejects, AskedAgain asked_again, OrvQueryCancel* cancel) {
+double probability_of_rejection(double n1, double n2, double p1, double p2, Few few, Rejects rejects,
+                                AskedAgain asked_again, OrvQueryCancel* cancel) {
+    Questions questions(cancel);
+    if (questions.stop_ahead()) return OrvMV::Missing();
+    const BinomialGroup group1(n1, p1);
+    if (questions.stop_ahead()) return OrvMV::Missing();
+    const BinomialGroup group2(n2, p2);
     const CountFunction& probability1 = group1.probability();
     const CountFunction& probability2 = group2.probability();
     const Tails tails(group2);
-    const int n1 = group1.trials();
-    const int n2 = group2.trials();
+    const int trials1 = group1.trials();
+    const int trials2 = group2.trials();
+    const bool beyond1 = n1 > trials1;
+    const bool beyond2 = n2 > trials2;
     // A cancel object is asked for all tables, so that none are left out for their negligible probability.
-    const bool all = cancel != nullptr;
+    const bool all = questions.any();
     const int first1 = all ? 0 : probability1.first();
-    const int last1 = all ? n1 : probability1.last();
+    const int last1 = all ? trials1 : probability1.last();
     const int first2 = all ? 0 : probability2.first();
-    const int last2 = all ? n2 : probability2.last();
+    const int last2 = all ? trials2 : probability2.last();
 
     double power = 0;
     std::int64_t rejected = 0;
-    int lower = 0;       // x2 below this reject ...
-    int upper = n2 + 1;  // ... and from this on
+    int lower = 0;            // x2 below this reject ...
+    int upper = trials2 + 1;  // ... and from this on
     for (int x1 = first1; x1 <= last1; ++x1) {
         double probability = 0;
         const std::int64_t rejected_before = rejected;
-        if (x1 == 0 || x1 == n1) {
+        if (x1 == 0 || x1 == trials1) {
             for (int x2 = first2; x2 <= last2; ++x2) {
-                if (stop_requested(cancel)) return OrvMV::Missing();
+                if (questions.stop()) return OrvMV::Missing();
                 if (!rejects(x1, x2)) continue;
                 probability += probability2[x2];
                 ++rejected;
             }
         } else {
-            if (stop_requested(cancel, std::int64_t{n2} + 1)) return OrvMV::Missing();
+            if (questions.stop(std::int64_t{trials2} + 1)) return OrvMV::Missing();
             const int split = few(x1);
             lower = first_failure(0, split, lower, [&](int x2) { return rejects(x1, x2); });
-            upper = first_failure(split, n2 + 1, upper, [&](int x2) { return !rejects(x1, x2); });
+            upper = first_failure(split, trials2 + 1, upper, [&](int x2) { return !rejects(x1, x2); });
             probability = tails.below(lower) + tails.from(upper);
-            rejected += lower + (n2 + 1 - upper);
+            rejected += lower + (trials2 + 1 - upper);
         }
         if (rejected > rejected_before) power += probability1[x1] * probability;
+        if (beyond2 && questions.stop()) return OrvMV::Missing();
     }
-    if (asked_again == AskedAgain::kYes && stop_requested(cancel, rejected)) return OrvMV::Missing();
+    const std::int64_t counts2 = std::int64_t{trials2} + 1 + beyond2;
+    if (beyond1 && questions.stop(counts2)) return OrvMV::Missing();
+    // All tables beyond a size have one statistic, that of no table.
+    if (beyond1 && rejects(trials1 + 1, 0)) rejected += counts2;
+    if (beyond2 && rejects(0, trials2 + 1)) rejected += std::int64_t{trials1} + 1;
+    if (asked_again == AskedAgain::kYes && questions.stop(rejected)) return OrvMV::Missing();
     return std::isnan(power) ? kDistributionFailure : power;
 }
 
@@ -169,10 +185,8 @@ double _PowerIndSamBinBinEnumChisq(double n1, double n2, double p1, double p2, i
                                    bool continuityCorrection, OrvQueryCancel* cancel) {
     if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
     const double critical = z_critical(tail_level(sides, alpha));
-    const BinomialGroup group1(n1, p1);
-    const BinomialGroup group2(n2, p2);
     return probability_of_rejection(
-        group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
+        n1, n2, p1, p2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1); },
         [&](int x1, int x2) {
             return _BinEnumChisqTestStatsZ(n1, n2, p1, p2, x1, x2, sides, continuityCorrection).first >
                    critical;
@@ -184,10 +198,8 @@ double _PowerIndSamBinBinEnumT(double n1, double n2, double p1, double p2, int s
                                bool pooled, OrvQueryCancel* cancel) {
     if (!(can_enumerate(n1, n2, p1, p2, alpha) && n1 + n2 > 2)) return kInvalid;
     const double critical = t_critical(tail_level(sides, alpha), n1 + n2 - 2, {1e-20, 1e-12});
-    const BinomialGroup group1(n1, p1);
-    const BinomialGroup group2(n2, p2);
     return probability_of_rejection(
-        group1, group2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1, group2.trials()); },
+        n1, n2, p1, p2, [&](int x1) { return few_successes(n1, n2, sides, p1 > p2, x1); },
         [&](int x1, int x2) { return _BinEnumTTestStatsT(n1, n2, p1, p2, x1, x2, sides, pooled) > critical; },
         AskedAgain::kYes, cancel);
 }
@@ -196,12 +208,9 @@ double _PowerIndSamBinBinEnumLRT(double n1, double n2, double p1, double p2, int
                                  OrvQueryCancel* cancel) {
     if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
     const double critical = z_critical(tail_level(sides, alpha));
-    const BinomialGroup group1(n1, p1);
-    const BinomialGroup group2(n2, p2);
     constexpr int kBothSides = 0;  // the statistic does not know the direction of a difference
     return probability_of_rejection(
-        group1, group2,
-        [&](int x1) { return few_successes(n1, n2, kBothSides, p1 > p2, x1, group2.trials()); },
+        n1, n2, p1, p2, [&](int x1) { return few_successes(n1, n2, kBothSides, p1 > p2, x1); },
         [&](int x1, int x2) {
             const double G2 = _BinEnumLRTTestStatsL(n1, n2, x1, x2);
             return G2 >= 0 && std::sqrt(G2) > critical;

@@ -44,7 +44,8 @@ STATPOWER_API double _logLRT(double x);
 /// @return -1 unless the sizes are in their range, 0 <= x1 <= n1 and 0 <= x2 <= n2
 STATPOWER_API double _BinEnumLRTTestStatsL(double n1, double n2, double x1, double x2);
 
-/// Exact powers. The cancel object is asked once a table; by the t and likelihood-ratio tests once more for
+/// Exact powers. Tables are visited while their counts are below the sizes plus 1; a count beyond a fractional
+/// size has probability 0. The cancel object is asked once a table; by the t and likelihood-ratio tests once more for
 /// every table that rejects.
 /// @return -1 for an argument out of its range (t test: also unless n1 + n2 > 2), -2 when the probability of
 ///         a table that rejects cannot be computed, the missing value when cancelled

@@ -9,6 +9,7 @@
 #include <limits>
 #include <random>
 
+#include "proportions/one/curves.h"
 #include "proportions/one/walk.h"
 #include "statpower/one_sample_binomial.h"
 #include "support/record.h"
@@ -149,6 +150,22 @@ TEST(OneSampleBinomial, NormalPowerAddsBothTailsTwoSided) {
         const double upper = 1 - phi((distance + s0 * kZ975) / spread);
         EXPECT_NEAR(d.power(), lower + upper, 1e-14) << p1;
     }
+}
+
+TEST(OneSampleBinomial, NormalPowerTwoSidedIsSummedFromTheLeft) {
+    // (Phi(a) + 1) - Phi(b); at equal proportions the last digits reach the default range.
+    Design d;
+    d.method = 0;
+    const double a = OrvDistFun::CdfStdNorm(-0.3 * OrvDistFun::IdfStdNorm(0.975) / 0.3);
+    const double b = OrvDistFun::CdfStdNorm(0.3 * OrvDistFun::IdfStdNorm(0.975) / 0.3);
+    ASSERT_NE(a + 1 - b, a + (1 - b));
+    d.p0 = d.p1 = 0.1;
+    d.N = 20;
+    EXPECT_EQ(d.power(), a + 1 - b);
+    int n_min = 0, n_max = 0;
+    _SetPlotRangeN(20, 0.1, 0.1, 0, 0, 0.05, n_min, n_max, false);
+    EXPECT_EQ(n_min, 18);
+    EXPECT_EQ(n_max, 39);
 }
 
 TEST(OneSampleBinomial, NormalPowerOneSidedIsTheTailOnTheSideOfTheAlternative) {

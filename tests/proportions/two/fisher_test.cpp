@@ -58,10 +58,34 @@ TEST(FisherExact, RandomDesignsUpToSixtyInAGroupAreDecidedAsTranscribed) {
                                i % 3 ? 0.05 : unit(random)});
 }
 
-TEST(FisherExact, FractionalGroupsCountUpToTheTruncatedSize) {
+TEST(FisherExact, FractionalGroupsAreDecidedAsTranscribed) {
     std::mt19937 random(5);
-    std::uniform_real_distribution<double> size(1, 30);
-    for (int i = 0; i < 60; ++i) expect_as_transcribed({size(random), size(random), 0.3, 0.6, i % 2, 0.05});
+    std::uniform_real_distribution<double> size(1, 40);
+    std::uniform_real_distribution<double> unit(0.01, 0.99);
+    for (int i = 0; i < 200; ++i)
+        expect_as_transcribed(
+            {size(random), size(random), unit(random), unit(random), i % 2, i % 3 ? 0.05 : unit(random)});
+    // Sizes as a search tries them, the second one a ratio of the first.
+    for (double ratio : {0.5, 1.0, 2.0, 1.5, 1.0 / 3})
+        for (int i = 0; i < 20; ++i) {
+            const double n1 = size(random) + 2;
+            expect_as_transcribed({n1, std::max(1.0, ratio * n1), 0.2, 0.6, i % 2, 0.05});
+            expect_as_transcribed({n1, std::max(1.0, ratio * n1), 0.6, 0.2, i % 2, 0.05});
+        }
+    // One fractional size, fractions that make a whole trial, and sizes close to a whole number.
+    for (double fraction : {0.25, 0.5, 0.75, 1e-12, 1 - 1e-12})
+        for (int sides : {0, 1}) {
+            expect_as_transcribed({12 + fraction, 9, 0.7, 0.3, sides, 0.05});
+            expect_as_transcribed({12, 9 + fraction, 0.7, 0.3, sides, 0.05});
+            expect_as_transcribed({12 + fraction, 10 - fraction, 0.7, 0.3, sides, 0.05});
+            expect_as_transcribed({12 + fraction, 9.5, 0.3, 0.7, sides, 0.05});
+        }
+}
+
+TEST(FisherExact, TheSumOfProbabilitiesBetweenShiftedGridsIsNotBounded) {
+    // The odds of the last fraction of a trial are part of the counts downwards, but not of their total.
+    expect_as_transcribed({40.9, 40.9, 0.9, 0.1, 1, 0.05});
+    EXPECT_GT(power({40.9, 40.9, 0.9, 0.1, 1, 0.05}), 1);
 }
 
 // The tail probability of each possible critical value, as a fraction, is taken as the level: whether it
@@ -115,9 +139,86 @@ TEST(FisherExact, PowersDoNotJumpWhereTheWeightsLeaveTheRangeOfADouble) {
     }
 }
 
-TEST(FisherExact, FractionalAndWholeSizesMeetInLargeGroups) {
-    for (double n : {300.0, 800.0})
-        EXPECT_NEAR(power({n, n, 0.4, 0.48, 0, 0.05}), power({n + 1e-9, n + 1e-9, 0.4, 0.48, 0, 0.05}), 1e-9);
+/// The definition in long doubles, whose range has room for the weights of a thousand trials. Ties of a tail
+/// probability and the level are decided as they come.
+class FisherInLongDoubles {
+  public:
+    explicit FisherInLongDoubles(const Design& design)
+        : d_(design), psi_(static_cast<long double>(d_.p1) / (1 - d_.p1) / (d_.p2 / (1 - d_.p2))) {
+        for (int i = 1; i <= std::max(d_.n1, d_.n2); ++i) factorial_.push_back(factorial_.back() * i);
+    }
+
+    double power() const {
+        double power = 0;
+        for (int t = 0; t <= d_.n1 + d_.n2; ++t) {
+            const double lo = std::max(0.0, t - d_.n2);
+            const double hi = std::min(1.0 * t, d_.n1);
+            long double null_total = 0, total = 0, rejected = 0;
+            for (double u = lo; u <= hi; ++u) {
+                null_total += weight(u, t);
+                total += weight(u, t) * odds(u);
+            }
+            if (d_.sides == 0 || d_.p1 > d_.p2) rejected += weight_beyond(hi, -1, lo, hi, t, null_total);
+            if (d_.sides == 0 || !(d_.p1 > d_.p2)) rejected += weight_beyond(lo, 1, lo, hi, t, null_total);
+            power += _ProbTotalSucc(d_.n1, d_.n2, d_.p1, d_.p2, t, lo, hi, nullptr) *
+                     static_cast<double>(rejected / total);
+        }
+        return power;
+    }
+
+  private:
+    long double coefficient(double n, double k) const {
+        const double m = std::min(n - k, k);
+        if (m < 0) return 1;
+        const auto factorial = [&](double x) { return factorial_.at(static_cast<std::size_t>(x)); };
+        return factorial(n) / factorial(n - m) / factorial(m);
+    }
+    long double weight(double u, int t) const {
+        return u < 0 || u > t ? 0 : coefficient(d_.n1, u) * coefficient(d_.n2, t - u);
+    }
+    long double odds(double u) const { return std::pow(psi_, static_cast<long double>(u)); }
+
+    /// The weight under the alternative of the counts from `first` on, in steps up or down, that reject.
+    long double weight_beyond(double first, double step, double lo, double hi, int t,
+                              long double null_total) const {
+        const double level = d_.sides == 0 ? d_.alpha / 2 : d_.alpha;
+        long double tail = 0, rejected = 0;
+        for (double k = first; lo <= k && k <= hi; k += step) {
+            tail += weight(k, t) / null_total;
+            if (tail > level) break;
+            rejected += weight(k, t) * odds(k);
+            if (tail + weight(k + step, t) / null_total > level) return rejected;
+        }
+        return 0;
+    }
+
+    Design d_;
+    long double psi_;
+    std::vector<long double> factorial_{1};
+};
+
+TEST(FisherExact, ScaledWeightsAreTheWeightsOfTheDefinition) {
+    for (const Design& d :
+         {Design{560.25, 560.5, 0.55, 0.45, 0, 0.05}, Design{560.75, 560.5, 0.45, 0.55, 1, 0.05},
+          Design{560, 580.25, 0.6, 0.5, 1, 0.01}, Design{530.5, 795.75, 0.6, 0.5, 0, 0.05},
+          Design{530.5, 530.5, 0.9, 0.1, 0, 0.05}}) {
+        const double reference = FisherInLongDoubles(d).power();
+        EXPECT_NEAR(power(d), reference, 1e-11 * reference) << d.n1 << " " << d.n2;
+    }
+    // The same reference where nothing is scaled yet.
+    const Design plain{60.25, 45.5, 0.6, 0.4, 0, 0.05};
+    EXPECT_NEAR(FisherInLongDoubles(plain).power(), transcription::fisher(plain), 1e-12);
+}
+
+TEST(FisherExact, PowersOfFractionalSizesDoNotJumpWhereTheWeightsLeaveTheRangeOfADouble) {
+    for (double fraction : {0.25, 0.5, 0.75}) {
+        double last = power({500 + fraction, 500 + fraction, 0.55, 0.45, 1, 0.05});
+        for (int n = 501; n <= 530; ++n) {
+            const double next = power({n + fraction, n + fraction, 0.55, 0.45, 1, 0.05});
+            EXPECT_NEAR(next, last, 0.006) << n;
+            last = next;
+        }
+    }
 }
 
 TEST(FisherExact, AnOddsRatioThatLeavesTheRangeOfADoubleDoesNoHarm) {

@@ -62,6 +62,17 @@ TEST(TwoProportionsNormal, ChiSquareAtEqualProportionsHasItsLevelAndLessWithTheC
     EXPECT_LT(d.chi_square(true), 0.04);
 }
 
+TEST(TwoProportionsNormal, TwoSidedPowersAreSummedFromTheLeft) {
+    const double z = OrvDistFun::IdfStdNorm(0.975);
+    const double a = OrvDistFun::CdfStdNorm(-z);
+    const double b = OrvDistFun::CdfStdNorm(z);
+    ASSERT_NE(a + 1 - b, a + (1 - b));
+    const Design d{30, 30, 0.5, 0.5};
+    EXPECT_EQ(d.chi_square(), a + 1 - b);
+    EXPECT_EQ(d.likelihood_ratio(), a + 1 - b);
+    EXPECT_EQ(d.fisher(), a + 1 - b);
+}
+
 TEST(TwoProportionsNormal, OneSidedTestsLookInTheDirectionOfTheDifference) {
     Design falling{30, 40, 0.6, 0.3, 0.05, 1};
     const Design rising{40, 30, 0.3, 0.6, 0.05, 1};

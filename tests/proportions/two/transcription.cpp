@@ -29,7 +29,13 @@ Table adjusted(const Design& d, int x1, int x2) {
     return {x1 / d.n1, x2 / d.n2};
 }
 
+/// The counts that are visited go one beyond a fractional size; no statistic is computed there.
+bool is_beyond(const Design& d, double x1, double x2) {
+    return x1 > d.n1 || x2 > d.n2;
+}
+
 double z_statistic(const Design& d, int x1, int x2) {
+    if (is_beyond(d, x1, x2)) return -1;
     const auto [phat1, phat2] = adjusted(d, x1, x2);
     const double pbar = (d.n2 * phat2 + d.n1 * phat1) / (d.n1 + d.n2);
     const double S = std::sqrt(pbar * (1 - pbar) * (1 / d.n1 + 1 / d.n2));
@@ -44,6 +50,7 @@ double z_statistic(const Design& d, int x1, int x2) {
 }
 
 double t_statistic(const Design& d, int x1, int x2) {
+    if (is_beyond(d, x1, x2)) return -1;
     const auto [phat1, phat2] = adjusted(d, x1, x2);
     const double N = d.n1 + d.n2;
     const double Dp = std::sqrt((d.n2 * (phat2 * (1 - phat2)) + d.n1 * (phat1 * (1 - phat1))) * N / (N - 2));
@@ -59,6 +66,7 @@ double xlogx(double x) {
 }
 
 double g_squared(const Design& d, double x1, double x2) {
+    if (is_beyond(d, x1, x2)) return -1;
     return 2 * (xlogx(x1) + xlogx(d.n1 - x1) + xlogx(x2) + xlogx(d.n2 - x2) + xlogx(d.n1 + d.n2)) -
            2 * (xlogx(x1 + x2) + xlogx(d.n1 + d.n2 - x1 - x2) + xlogx(d.n1) + xlogx(d.n2));
 }
@@ -66,8 +74,8 @@ double g_squared(const Design& d, double x1, double x2) {
 template <class Rejects>
 Result enumerate(const Design& d, Rejects rejects) {
     Result result;
-    for (int x1 = 0; x1 <= std::trunc(d.n1); ++x1)
-        for (int x2 = 0; x2 <= std::trunc(d.n2); ++x2)
+    for (int x1 = 0; x1 < d.n1 + 1; ++x1)
+        for (int x2 = 0; x2 < d.n2 + 1; ++x2)
             if (rejects(x1, x2)) {
                 result.power += pdf(x1, d.n1, d.p1) * pdf(x2, d.n2, d.p2);
                 ++result.rejected;
@@ -112,11 +120,11 @@ double Fisher::weight(double u, int t, double psi) {
     return combination(design_.n1, u) * combination(design_.n2, t - u) * std::pow(psi, u);
 }
 
-double Fisher::conditional_probability(double x, int t, double psi, int lo, int hi) {
+double Fisher::conditional_probability(double x, int t, double psi, double lo, double hi) {
     if (x < 0 || x > t) return 0;
     const auto denominator = [&] {
         double sum = 0;
-        for (int u = lo; u <= hi; ++u) sum += weight(u, t, psi);
+        for (double u = lo; u <= hi; ++u) sum += weight(u, t, psi);
         return sum;
     };
     if (from_scratch_) return weight(x, t, psi) / denominator();
@@ -125,51 +133,50 @@ double Fisher::conditional_probability(double x, int t, double psi, int lo, int 
     return weight(x, t, psi) / entry->second;
 }
 
-int Fisher::upper_critical_value(int t, int lo, int hi, double a) {
-    int k = hi;
+double Fisher::upper_critical_value(int t, double lo, double hi, double a) {
+    double k = hi;
     for (; k >= lo; --k) {
         double S = 0;
-        for (int u = k; u <= hi; ++u) S += conditional_probability(u, t, 1, lo, hi);
+        for (double u = k; u <= hi; ++u) S += conditional_probability(u, t, 1, lo, hi);
         if (S <= a && S + conditional_probability(k - 1, t, 1, lo, hi) > a) break;
     }
     return k;
 }
 
-int Fisher::lower_critical_value(int t, int lo, int hi, double a) {
-    for (int k = lo; k <= hi; ++k) {
+double Fisher::lower_critical_value(int t, double lo, double hi, double a) {
+    for (double k = lo; k <= hi; ++k) {
         double S = 0;
-        for (int u = lo; u <= k; ++u) S += conditional_probability(u, t, 1, lo, hi);
+        for (double u = lo; u <= k; ++u) S += conditional_probability(u, t, 1, lo, hi);
         if (S <= a && S + conditional_probability(k + 1, t, 1, lo, hi) > a) return k;
     }
     return hi + 1;
 }
 
-double Fisher::probability_of_total(int t, int lo, int hi) const {
+double Fisher::probability_of_total(int t, double lo, double hi) const {
     double sum = 0;
-    for (int x = lo; x <= hi; ++x) sum += pdf(x, design_.n1, design_.p1) * pdf(t - x, design_.n2, design_.p2);
+    for (double x = std::trunc(lo); x <= std::trunc(hi); ++x)
+        sum += pdf(x, design_.n1, design_.p1) * pdf(t - x, design_.n2, design_.p2);
     return sum;
 }
 
 double Fisher::power() {
     const auto [n1, n2, p1, p2, sides, alpha, flag] = design_;
     const double psi = (p1 / (1 - p1)) / (p2 / (1 - p2));
-    const int trials1 = static_cast<int>(n1);
-    const int trials2 = static_cast<int>(n2);
     double power = 0;
-    for (int t = 0; t <= trials1 + trials2; ++t) {
-        const int lo = std::max(0, t - trials2);
-        const int hi = std::min(t, trials1);
+    for (int t = 0; t <= n1 + n2; ++t) {
+        const double lo = std::max(0.0, t - n2);
+        const double hi = std::min(1.0 * t, n1);
         double upper = 0;
         double lower = 0;
         if (sides == 0 || p1 > p2) {
-            const int U = upper_critical_value(t, lo, hi, level(design_));
+            const double U = upper_critical_value(t, lo, hi, level(design_));
             if (lo <= U && U <= hi)
-                for (int x = U; x <= trials1; ++x) upper += conditional_probability(x, t, psi, lo, hi);
+                for (double x = U; x <= n1; ++x) upper += conditional_probability(x, t, psi, lo, hi);
         }
         if (sides == 0 || !(p1 > p2)) {
-            const int L = lower_critical_value(t, lo, hi, level(design_));
+            const double L = lower_critical_value(t, lo, hi, level(design_));
             if (lo <= L && L <= hi)
-                for (int x = lo; x <= L; ++x) lower += conditional_probability(x, t, psi, lo, hi);
+                for (double x = lo; x <= L; ++x) lower += conditional_probability(x, t, psi, lo, hi);
         }
         power += probability_of_total(t, lo, hi) * (upper + lower);
     }

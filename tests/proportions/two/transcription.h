@@ -1,7 +1,8 @@
 // The exact tests of two proportions as their rules read: every table visited, every sum from scratch.
 //
 // The reference that the library's powers are compared with, and measured against. Group sizes may be
-// fractional: successes are counted up to the truncated size.
+// fractional: tables are visited while a count is below the size plus 1, and Fisher's test counts from the
+// fractional ends of its conditional distribution.
 #pragma once
 
 #include <map>
@@ -39,14 +40,14 @@ class Fisher {
     Fisher(const Design& design, bool from_scratch);
 
     double power();
-    double conditional_probability(double x, int t, double psi, int lo, int hi);
-    int upper_critical_value(int t, int lo, int hi, double a);
-    int lower_critical_value(int t, int lo, int hi, double a);
+    double conditional_probability(double x, int t, double psi, double lo, double hi);
+    double upper_critical_value(int t, double lo, double hi, double a);
+    double lower_critical_value(int t, double lo, double hi, double a);
 
   private:
     double weight(double u, int t, double psi);
     double combination(double n, double k);
-    double probability_of_total(int t, int lo, int hi) const;
+    double probability_of_total(int t, double lo, double hi) const;
 
     Design design_;
     bool from_scratch_;

@@ -56,7 +56,7 @@ void expect_as_transcribed(const Procedure& test, const Design& d) {
     EXPECT_NEAR(test.power(d, nullptr), reference.power, tolerance);
     CountingCancel count;
     EXPECT_NEAR(test.power(d, &count), reference.power, tolerance);
-    const double tables = (std::trunc(d.n1) + 1) * (std::trunc(d.n2) + 1);
+    const double tables = std::ceil(d.n1 + 1) * std::ceil(d.n2 + 1);
     EXPECT_EQ(static_cast<double>(count.queries),
               tables + (test.asks_again ? static_cast<double>(reference.rejected) : 0));
 }
@@ -99,13 +99,20 @@ TEST(TwoProportionsEnumerated, UnevenGroupsAreDecidedAsTranscribed) {
                 }
 }
 
-TEST(TwoProportionsEnumerated, FractionalGroupsCountUpToTheTruncatedSize) {
+TEST(TwoProportionsEnumerated, FractionalGroupsCountWhileBelowTheSizePlusOne) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> size(1.01, 40);
     for (int i = 0; i < 100; ++i)
         for (const Procedure& test : kTests)
             expect_as_transcribed(test, {size(random), size(random), 0.3, 0.6, i % 2, 0.05, i % 3 == 0});
     expect_as_transcribed(kTests[0], {10.5, 10.5, 0.3, 0.6, 0, 0.05});
+    // Where the critical value is below -1, the code of no statistic, the counts beyond a fractional size
+    // are rejected: questions more, probability 0.
+    for (const Procedure& test : kTests) {
+        expect_as_transcribed(test, {6.5, 4.5, 0.6, 0.3, 1, 0.95});
+        expect_as_transcribed(test, {6, 4.5, 0.3, 0.6, 1, 0.95});
+        expect_as_transcribed(test, {6.5, 4, 0.3, 0.6, 0, 0.95});
+    }
 }
 
 TEST(TwoProportionsEnumerated, LevelsNearTheEndsAreDecidedAsTranscribed) {
