@@ -325,6 +325,9 @@ Outcome<Plan> Plan::prepare(const Test& test, std::string_view unknown, const Na
     }
     if (!p.evaluates && !target.otherwise && !contains(given, target.name))
         return refusal(target.name, "is needed: the target of the search");
+    for (const Argument& a : p.measure->options)
+        if (!p.effect_only && !a.otherwise && a.only.empty() && a.name != sought && !contains(given, a.name))
+            return refusal(a.name, "is needed");
 
     // Every given argument matters.
     for (const std::string_view name : given) {

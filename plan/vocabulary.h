@@ -260,6 +260,12 @@ inline double least_2(const Values&) {
     return 2;
 }
 
+/// Of two groups or measurements: the root mean square of both, exactly either where they are equal.
+inline double average_sd(const Values& v) {
+    const double quotient = v[sd2] / v[sd1];
+    return v[sd1] * std::sqrt((1 + quotient * quotient) / 2);
+}
+
 // ---- Answers of the power library ------------------------------------------------------------------------
 
 /// A power. The library's failure values (-1, 2, the missing value) are outside [0, 1]: NaN. The sum of two

@@ -76,6 +76,12 @@ const Entry anova{{
               .value = power_of,
               .contradiction = groups_agree},
     .effect = cohen_f,
+    // More in one group, the others as they are, can make f smaller.
+    .saw_tooth =
+        [](const Values& v) {
+            return v.has(means) && std::ranges::adjacent_find(v.list(weights), std::not_equal_to<>()) !=
+                                       v.list(weights).end();
+        },
     .precision = {.ways = {{{sd_within}}, {{sd_within, groups}}},
                   .options = {interval, confidence},
                   .value = half_width_of,

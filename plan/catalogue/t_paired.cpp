@@ -51,8 +51,7 @@ const Entry t_paired{{
                           return width(HalfCIOneSampleMeans(v[n], v[sd], 1 - v[confidence]));
                       }},
     .effects = {{dz, [](const Values& v) { return v[diff] / v[sd]; }},
-                {d_average,
-                 [](const Values& v) { return v[diff] / (std::hypot(v[sd1], v[sd2]) * std::sqrt(0.5)); }}},
+                {d_average, [](const Values& v) { return v[diff] / average_sd(v); }}},
     .method = [](const Values&) -> std::string { return "noncentral t distribution"; },
     .notes = {"n is the number of pairs, each measured twice"},
     .sources =

@@ -52,6 +52,8 @@ const Entry t_two{{
                   },
               .contradiction = pooled_differ},
     .effect = [](const Values& v) { return v[diff]; },
+    // More in one group can mean fewer degrees of freedom.
+    .saw_tooth = [](const Values& v) { return v.is(variance, unpooled) && v[ratio] != 1; },
     .precision = {.ways = {{{sd_each}, same_sd}, {{sd1, sd2}}},
                   .options = {estimate, confidence},
                   .value =
@@ -60,8 +62,7 @@ const Entry t_two{{
                               HalfCIIndependentMeans(v[n1], v[sd1], v[n2], second_sd(v), 1 - v[confidence]));
                       },
                   .contradiction = pooled_differ},
-    .effects = {{d_average,
-                 [](const Values& v) { return v[diff] / (std::hypot(v[sd1], v[sd2]) * std::sqrt(0.5)); }},
+    .effects = {{d_average, [](const Values& v) { return v[diff] / average_sd(v); }},
                 {delta, [](const Values& v) { return v[diff] / v[sd2]; }}},
     .method = [](const Values& v) -> std::string {
         return v.is(variance, pooled) ? "noncentral t distribution"
