@@ -21,17 +21,23 @@ namespace {
 // are written so that nothing overflows or cancels to 0 / 0 there: a probability that cannot be computed
 // would count as certain rejection, and the search would take it for success.
 
-/// Standard error of the difference: the root of sd1^2 / N1 + sd2^2 / N2.
+/// Standard error of the difference: the root of sd1^2 / N1 + sd2^2 / N2. Where sizes are not checked they may
+/// be negative.
 double standard_error(double N1, double sd1, double N2, double sd2) {
+    if (!(N1 > 0 && N2 > 0)) return std::sqrt(square(sd1) / N1 + square(sd2) / N2);
     return std::hypot(sd1 / std::sqrt(N1), sd2 / std::sqrt(N2));
 }
 
+/// The share of sd^2 / N in the variance of the difference.
+double variance_share(double N, double sd, double other_N, double other_sd) {
+    return 1 / (1 + square(other_sd / sd) * (N / other_N));
+}
+
 /// Welch-Satterthwaite degrees of freedom: (q1 + q2)^2 / (q1^2 / (N1 - 1) + q2^2 / (N2 - 1)) for
-/// qi = sdi^2 / Ni, by the shares qi / (q1 + q2) of the variance of the difference.
+/// qi = sdi^2 / Ni, by the shares qi / (q1 + q2).
 double welch_df(double N1, double sd1, double N2, double sd2) {
-    const double error = standard_error(N1, sd1, N2, sd2);
-    const double share1 = square(sd1 / std::sqrt(N1) / error);
-    const double share2 = square(sd2 / std::sqrt(N2) / error);
+    const double share1 = variance_share(N1, sd1, N2, sd2);
+    const double share2 = variance_share(N2, sd2, N1, sd1);
     return 1 / (square(share1) / (N1 - 1) + square(share2) / (N2 - 1));
 }
 
@@ -107,8 +113,10 @@ double above_target(PowerOfEffectSize power, double N, const std::vector<double>
 template <class Design>
 void append_sizes(const Design& design, Objective objective, std::vector<double>& sizes) {
     const double N1 = search_size(design, objective);
-    const double N2 = OrvMV::IsMissing(N1) ? N1 : std::max(std::ceil(design.ratio * N1), 2.0);
-    sizes.insert(sizes.end(), {std::ceil(N1), N2});
+    if (OrvMV::IsMissing(N1))
+        sizes.insert(sizes.end(), {N1, N1});
+    else
+        sizes.insert(sizes.end(), {std::ceil(N1), std::max(std::ceil(design.ratio * N1), 2.0)});
 }
 
 }  // namespace

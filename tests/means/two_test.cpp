@@ -2,6 +2,7 @@
 #include "means/two.h"
 
 #include "means/expectations.h"
+#include "orvcommon/dist_fun.h"
 #include "statpower/means.h"
 
 using namespace POWER_NAMESPACE;
@@ -360,6 +361,18 @@ TEST(IndependentHalfWidth, UsesWelchsDegreesOfFreedomForDifferentStandardDeviati
     // All of the variance in a group of two: 1 degree of freedom. Negligible variance elsewhere.
     EXPECT_NEAR(HalfCIIndependentMeans(2, 3, 50, 0, 0.05), t_quantile_1(0.975) * 3 / std::sqrt(2.0), 1e-11);
     EXPECT_NEAR(HalfCIIndependentMeans(50, 0, 3, 3, 0.05), t_quantile_2(0.975) * 3 / std::sqrt(3.0), 1e-12);
+}
+
+TEST(IndependentHalfWidth, TakesNegativeSizesAsTheFormulaDoes) {
+    // q1 = -0.1, q2 = 0.8: the variance of the difference is 0.7.
+    const double df = 0.7 * 0.7 / (0.1 * 0.1 / -11 + 0.8 * 0.8 / 4);
+    EXPECT_NEAR(HalfCIIndependentMeans(-10, 1, 5, 2, 0.05),
+                OrvMath_940::OrvDistFun::IdfT(0.975, df, 1e-40, 1e-30) * std::sqrt(0.7), 1e-13);
+    // Ratio -2 at N = 10: q1 = 0.9, q2 = -0.05.
+    const double df2 = 0.85 * 0.85 / (0.81 / 9 + 0.0025 / -21);
+    const double t = OrvMath_940::OrvDistFun::IdfT(0.975, df2, 1e-40, 1e-30);
+    EXPECT_NEAR(_SampleSizebyHalfWidthCIIndependentFunc(10, {0.5, -2, 3, 1, 0.05}, nullptr),
+                0.25 * 10 - t * t * (1 / -2.0 + 9), 1e-12);
 }
 
 TEST(IndependentHalfWidth, ChecksNothing) {
