@@ -93,6 +93,39 @@ std::optional<double> exact_cdf(int x, double trials, double p) {
     return sum.rounded(-n * m);
 }
 
+/// The quantile by one incomplete beta function near it and the probabilities beside, which its prefix gives; nothing
+/// where a tie is near, or the guess too far away, so that the distribution function itself must decide.
+std::optional<double> quantile_near(double guess, double prob, double n, double p) {
+    constexpr double kLargestCount = 1e9, kSmallest = 1e-200, kClose = 1e-12;
+    constexpr int kSteps = 12;
+    if (!(n < kLargestCount && prob > kSmallest)) return std::nullopt;
+    const double q = 1 - p, odds = p / q;
+    double k = std::clamp(guess, 0.0, std::ceil(n) - 1);
+    const BetaPoint point = BetaPoint::at(p, k + 1, n - k);
+    const double prefix = beta_prefix(point);
+    double cdf = beta_tails(point, prefix).upper, largest = cdf;
+    double next = prefix / q;  // P(X = k + 1)
+    const bool upwards = cdf < prob;
+    for (int i = 0; i < kSteps; ++i) {
+        count_step();
+        if (std::fabs(cdf - prob) <= kClose * largest) return std::nullopt;
+        if (upwards) {
+            if (cdf > prob) return k - 1;
+            if (k + 1 >= n) return k;
+            largest = cdf += next;
+            k += 1;
+            next *= (n - k) / (k + 1) * odds;
+        } else {
+            if (cdf < prob) return k;
+            if (k == 0) return -1;
+            next *= (k + 1) / (n - k) / odds;
+            cdf -= next;
+            k -= 1;
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 double binomial_probability(double x, double n, double p) {
@@ -123,8 +156,9 @@ double binomial_quantile(double prob, double n, double p) {
     if (p >= 1) return high - 1;
     if (prob <= 0 || p <= 0) return -1;
     // Cornish-Fisher start, then Newton steps on the distribution function inside the bracket.
-    const double q = 1 - p, z = normal_quantile(prob);
+    const double q = 1 - p, z = rough_normal_quantile(prob);
     double guess = std::floor(n * p + std::sqrt(n * p * q) * z + (q - p) * (z * z - 1) / 6 - 0.5);
+    if (const auto near = quantile_near(guess, prob, n, p)) return *near;
     for (int i = 0; i < 200 && high - low > 1; ++i) {
         count_step();
         if (!(guess > low)) guess = low + 1;

@@ -10,13 +10,6 @@
 namespace orvmath {
 namespace {
 
-template <std::size_t N>
-double polynomial(const double (&c)[N], double x) {
-    double sum = c[N - 1];
-    for (std::size_t i = N - 1; i-- > 0;) sum = sum * x + c[i];
-    return sum;
-}
-
 /// Rational approximation PPND16 of the normal quantile, q = p - 1/2 and tail = min(p, 1 - p): M. J. Wichura
 /// (1988), Algorithm AS 241, Applied Statistics 37, 477-484.
 double wichura_quantile(double q, double tail) {
@@ -77,6 +70,10 @@ double normal_cdf(double x) {
     const TwoDoubles exact = two_product(-x, kSqrtHalf);
     const double error = (exact.high - y) + (exact.low - x * kSqrtHalfLow);
     return v - v * error * (2 * y + 1 / y);
+}
+
+double rough_normal_quantile(double p) {
+    return wichura_quantile(p - 0.5, p < 0.5 ? p : 1 - p);
 }
 
 double normal_quantile(double p) {

@@ -12,6 +12,9 @@ double normal_cdf(double x);
 /// Standard normal quantile, 0 < p < 1.
 double normal_quantile(double p);
 
+/// The same without the last rounding errors taken out, for a start.
+double rough_normal_quantile(double p);
+
 /// log |Gamma(x)|, infinite at the poles.
 double log_gamma(double x);
 

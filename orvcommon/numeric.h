@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 
 #include "orvcommon/step_count.h"
@@ -11,6 +12,14 @@ namespace orvmath {
 
 inline constexpr double kLnSqrt2Pi = 0.918938533204672741780;
 inline constexpr double kInvSqrt2Pi = 0.398942280401432677940;
+
+/// c[0] + c[1] x + c[2] x^2 + ...
+template <std::size_t N>
+double polynomial(const double (&c)[N], double x) {
+    double sum = c[N - 1];
+    for (std::size_t i = N - 1; i-- > 0;) sum = sum * x + c[i];
+    return sum;
+}
 
 /// P(X <= x) and P(X > x). The one that a method computes directly keeps its relative accuracy; the other is
 /// its complement.

@@ -1,6 +1,7 @@
-// All three quantiles solve for s = log f, where f = (b / a) x / (1 - x) and x is beta distributed: Newton's
-// method with two further terms of the inverse series on log(tail probability). Both tails are log-concave
-// in s, so the iteration converges from any start, and a good start leaves one or two evaluations.
+// All three quantiles solve for f = (b / a) x / (1 - x), x beta distributed, on the logarithm of the smaller tail as
+// a function of log f. That is concave, so Newton's method converges from any start; near the solution six
+// derivatives make up one step, and a good start leaves one evaluation of the tail. Most t quantiles need none:
+// they are an expansion about the normal one.
 #include "orvcommon/quantiles.h"
 
 #include <algorithm>
@@ -10,13 +11,15 @@
 
 #include "orvcommon/beta.h"
 #include "orvcommon/normal_gamma.h"
+#include "orvcommon/student_table.h"
 
 namespace orvmath {
 namespace {
 
 // Reached only where a shape parameter below 1e-10 leaves a tail without the accuracy to converge with.
 constexpr int kMaxIterations = 40;
-constexpr double kMaxLog = 700;     // |log f| is kept where exp neither overflows nor underflows
+constexpr double kSmallestF = 0x1p-1010, kLargestF = 0x1p1010;  // beyond, the quantile is 0 or infinite
+constexpr double kRounding = 1e-17, kFarOff = 1;
 constexpr double kNormalDf = 1e20;  // degrees of freedom from which t is normal in double precision
 
 /// log B(a, b).
@@ -30,78 +33,143 @@ double log_beta(double a, double b) {
            std::log(n / b / a) + fa.log + fb.log - fn.log;
 }
 
-/// The point of the beta distribution at f = e^s.
-BetaPoint point_at_log(double s, double a, double b) {
-    const double odds = a / b * std::exp(s);
-    const double y = odds > 1e300 ? std::exp(-s) * (b / a) : 1 / (1 + odds);
+/// The point of the beta distribution at f.
+BetaPoint point_at(double f, double a, double b) {
+    const double odds = a / b * f;
+    const double y = odds > 1e300 ? b / a / f : 1 / (1 + odds);
     const double x = odds > 1e300 ? 1 : std::max(odds * y, std::numeric_limits<double>::denorm_min());
-    return {a, b, x, y, a * std::expm1(s) * y};
+    return {a, b, x, y, a * (f - 1) * y};
 }
 
-/// Solves P(log F <= s) = p, 1 - p = q, from the start s.
-double solve_log_f(double a, double b, double p, double q, double s) {
+struct Step {
+    double size;
+    double error;  // what the truncation of the series leaves, about
+};
+
+/// The step in s = log f after which the tail is the target: newton = log(target / tail) / m by the first
+/// derivative m of log(tail), further ones up to the sixth.
+///
+/// Where T is the tail, m = T' / T and g = T'' / T', so that m' = m (g - m), and g = -deviation has derivatives in
+/// x and y alone.
+Step long_step(double newton, const BetaPoint& p, double m) {
+    const double w = p.x * p.y, u = p.y - p.x;  // w' = w u, u' = -2 w
+    const double g1 = -(p.a + p.b) * w, g2 = g1 * u, g3 = g1 * (u * u - 2 * w), g4 = g1 * u * (u * u - 8 * w);
+    // Derivatives b, b1, ... of b = g - m, and P_k of m^(k) = m P_k, which obey P' = P b and b' = g' - m P.
+    const double b = -p.deviation - m, b1 = g1 - m * b;
+    const double P2 = b * b + b1, b2 = g2 - m * P2;
+    const double P3 = b * P2 + 2 * b1 * b + b2, b3 = g3 - m * P3;
+    const double P4 = b * P3 + 3 * b1 * P2 + 3 * b2 * b + b3, b4 = g4 - m * P4;
+    const double P5 = b * P4 + 4 * b1 * P3 + 6 * b2 * P2 + 4 * b3 * b + b4;
+    // newton = step + c2 step^2 + ... + c6 step^6: reverted to third order, and a step of Newton's method.
+    const double c2 = b / 2, c3 = P2 / 6, c4 = P3 / 24, c5 = P4 / 120, c6 = P5 / 720;
+    const double d = newton * (1 - newton * (c2 - newton * (2 * c2 * c2 - c3)));
+    const double value = d * (1 + d * (c2 + d * (c3 + d * (c4 + d * (c5 + d * c6)))));
+    const double slope = 1 + d * (2 * c2 + d * (3 * c3 + d * (4 * c4 + d * (5 * c5 + d * 6 * c6))));
+    const double d2 = d * d, ratio = std::fabs(d) * (std::fabs(b) + std::fabs(m) + 1);
+    return {d - (value - newton) / slope, std::fabs(d2 * d2 * d2 * c6) * ratio};
+}
+
+/// Solves P(F <= f) = p, 1 - p = q, from the start f.
+double solve_f(double a, double b, double p, double q, double f) {
     const double spread = std::sqrt(1 / a + 1 / b);  // of log F, about
-    if (spread < 1e-17) return 0;
+    if (spread < 1e-17) return 1;
     const bool lower = p < q;
-    s = std::clamp(s, -kMaxLog, kMaxLog);
-    double low = -kMaxLog - 1, high = kMaxLog + 1;  // bracket of the solution
+    f = std::clamp(f, kSmallestF, kLargestF);
+    double low = kSmallestF / 2, high = 2 * kLargestF;  // bracket of the solution
     for (int i = 0; i < kMaxIterations; ++i) {
         count_step();
-        const BetaPoint point = point_at_log(s, a, b);
+        const BetaPoint point = point_at(f, a, b);
         const double prefix = beta_prefix(point);
         const Tails tails = beta_tails(point, prefix);
         const double tail = lower ? tails.lower : tails.upper;
         const bool below = lower ? tail < p : tail > q;
-        (below ? low : high) = s;
-        if (low >= kMaxLog || high <= -kMaxLog) break;
-        // L(s) = log(tail / target): slope, half the log derivative of the slope, and one further term
-        const double slope = prefix * a / tail * (lower ? 1 : -1);
-        const double newton = -std::log(tail / (lower ? p : q)) / slope;
-        const double bend = -point.deviation - slope, c2 = 0.5 * bend;
-        const double c3 = (bend * bend - (a + b) * point.x * point.y - slope * bend) / 6;
-        const double step = std::fabs(c2 * newton) < 0.2
-                                ? newton * (1 - newton * (c2 - newton * (2 * c2 * c2 - c3)))
-                                : newton / std::clamp(1 + c2 * newton, 0.5, 2.0);
-        const double next = std::clamp(s + std::clamp(step, -40.0, 40.0), -kMaxLog, kMaxLog);
-        // The convergence is of fourth order: after a step this small nothing is left to do.
-        if (std::fabs(step) < 1e-4 * std::min(1.0, spread) || std::fabs(step) <= 1e-16 * std::fabs(s))
-            return next;
+        (below ? low : high) = f;
+        if (low >= kLargestF || high <= kSmallestF) break;
+        const double m = prefix * a / tail * (lower ? 1 : -1);
+        const double newton = -std::log(tail / (lower ? p : q)) / m;
+        const double c2 = 0.5 * (-point.deviation - m);
+        const bool near = std::fabs(c2 * newton) < 0.1 && std::fabs(newton) < 0.2 * std::min(1.0, spread);
+        const Step step = near ? long_step(newton, point, m)
+                               : Step{newton / std::clamp(1 + c2 * newton, 0.5, 2.0), kFarOff};
+        const double next =
+            std::clamp(f * std::exp(std::clamp(step.size, -40.0, 40.0)), kSmallestF, kLargestF);
+        if (step.error < kRounding || std::fabs(step.size) < kRounding) return next;
         // A step out of the bracket is no step, nor is that of a tail that underflowed.
-        s = next > low && next < high ? next : low + (high - low) / 2;
+        f = next > low && next < high ? next : std::sqrt(low) * std::sqrt(high);
     }
-    return s;
+    return f;
 }
 
-/// exp(s), or the limit where the iteration ended at the end of its range.
-double exp_or_limit(double s) {
-    if (s >= kMaxLog) return std::numeric_limits<double>::infinity();
-    return s <= -kMaxLog ? 0 : std::exp(s);
+/// f, or the limit where the iteration ended at the end of its range.
+double limited(double f) {
+    if (f >= kLargestF) return std::numeric_limits<double>::infinity();
+    return f <= kSmallestF ? 0 : f;
 }
 
-/// A start for log F: from the normal deviate (Abramowitz and Stegun 26.5.22), or the power law of the
-/// nearer end.
-double log_f_start(double a, double b, double p, double q) {
+/// About the quantile of a gamma variable of shape a that belongs to the normal quantile z: the Cornish-Fisher
+/// expansion (Abramowitz and Stegun 26.4.11 and 26.7.2) in the upper half, the cube of a normal one in the lower.
+double gamma_start(double a, double z) {
+    const double z2 = z * z, r = 1 / std::sqrt(a);
+    if (z < 0) {
+        const double cube_root = 1 - r * r / 9 + z * r / 3;
+        return a * cube_root * cube_root * cube_root;
+    }
+    return a + z / r + (z2 - 1) / 3 +
+           r * (z * (z2 - 7) / 36 - r * ((6 * z2 + 14) * z2 - 32) / 1620 +
+                r * r * z * ((9 * z2 + 256) * z2 - 433) / 38880);
+}
+
+/// About the odds x / (1 - x) of a beta variable with a < b. Its -log(1 - x) is nearly a gamma variable of shape a
+/// over b + (a - 1) / 2: M. E. Wise (1950), The incomplete beta function as a contour integral and a quickly
+/// converging series for its inverse, Biometrika 37, 208-218. Zero where that is too far off.
+double gamma_like_odds(double a, double b, double z) {
+    const double N = b + 0.5 * (a - 1), g = gamma_start(a, z);
+    const double u = g / N * (1 + (a - 1) / (24 * N * N) * (g + a + 1));
+    return g > 0 && u < 0.6 ? std::expm1(u) : 0;
+}
+
+/// A start for F: from the normal quantile, or the power law of the nearer end.
+double f_start(double a, double b, double p, double q) {
     if (a > 0.7 && b > 0.7) {
-        const double z = p < q ? normal_quantile(p) : -normal_quantile(q);
+        const double z = p < q ? rough_normal_quantile(p) : -rough_normal_quantile(q);
+        if (const double odds = a < b ? gamma_like_odds(a, b, z) : 0; odds > 0) return odds * (b / a);
+        if (const double odds = b < a ? gamma_like_odds(b, a, -z) : 0; odds > 0) return b / a / odds;
+        // Abramowitz and Stegun 26.5.22
         const double ra = 1 / (2 * a - 1), rb = 1 / (2 * b - 1), h = 2 / (ra + rb), l = (z * z - 3) / 6;
         if (h + l > 0) {
             const double w = z * std::sqrt(h + l) / h - (ra - rb) * (l + 5.0 / 6 - 2 / (3 * h));
-            if (std::fabs(w) < 20) return 2 * w;
+            if (std::fabs(w) < 20) return std::exp(2 * w);
         }
     }
     const double lb = log_beta(a, b), scale = std::log(b / a);
     // log odds at which the power of x reaches p, and that of y reaches q
     const double low = (std::log(p) + std::log(a) + lb) / a, high = -(std::log(q) + std::log(b) + lb) / b;
-    if (low < -1 && (p < q || !(high > 1))) return low + scale;
-    if (high > 1) return high + scale;
-    return low < -1 ? low + scale : 0;
+    const double at = low < -1 && (p < q || !(high > 1)) ? low : high > 1 ? high : low < -1 ? low : -scale;
+    return std::exp(std::clamp(at + scale, -800.0, 800.0));
 }
 
-/// log F with P(log F <= s) = p, 1 - p = q, for any parameters.
-double log_f_quantile(double a, double b, double p, double q) {
+/// f with P(F <= f) = p, 1 - p = q, for any parameters.
+double quantile(double a, double b, double p, double q) {
     a = std::clamp(a, kTinyParameter, kHugeParameter);
     b = std::clamp(b, kTinyParameter, kHugeParameter);
-    return solve_log_f(a, b, p, q, log_f_start(a, b, p, q));
+    // With a = 1 the upper tail is (1 - x)^b, with b = 1 the lower one x^a.
+    if (a == 1) return limited(b * std::expm1(-(p < q ? std::log1p(-p) : std::log(q)) / b));
+    if (b == 1) return limited(1 / (a * std::expm1(-(q < p ? std::log1p(-q) : std::log(p)) / a)));
+    return limited(solve_f(a, b, p, q, f_start(a, b, p, q)));
+}
+
+/// t that belongs to the normal quantile z, by the expansion of student_table.h.
+double expanded_t(double z, double df) {
+    const double a = df - 0.5, e = 1 / (a * a), z2 = z * z;
+    const double b1 = polynomial(kStudent1, z2), b2 = polynomial(kStudent2, z2),
+                 b3 = polynomial(kStudent3, z2);
+    double rest = 0;
+    if (df > 12) {  // else the further terms grow again
+        const double b4 = polynomial(kStudent4, z2), b5 = polynomial(kStudent5, z2);
+        rest = e * (b4 + e * (b5 + e * polynomial(kStudent6, z2)));
+    }
+    const double w = z + z * (e * (b1 + e * (b2 + e * (b3 + rest))));
+    return std::sqrt(df * std::expm1(w * w / a));
 }
 
 /// t with P(T > t) = q, q < 1/2.
@@ -110,21 +178,17 @@ double upper_t_quantile(double q, double df) {
     if (df > kNormalDf) return -normal_quantile(q);
     if (df == 1) return 1 / std::tan(std::numbers::pi * q);
     const double z = -normal_quantile(q), z2 = z * z;
+    if (df > 26 + z2) return expanded_t(z, df);
     double start = z;
-    if (df >= 3 && z2 < 0.7 * df + 2) {  // Cornish-Fisher expansion, Abramowitz and Stegun 26.7.5
-        const double w = 1 / df;
-        const double g1 = (z2 + 1) / 4, g2 = ((5 * z2 + 16) * z2 + 3) / 96;
-        const double g3 = (((3 * z2 + 19) * z2 + 17) * z2 - 15) / 384;
-        const double g4 = ((((79 * z2 + 776) * z2 + 1482) * z2 - 1920) * z2 - 945) / 92160;
-        start = z * (1 + w * (g1 + w * (g2 + w * (g3 + w * g4))));
+    if (df >= 3 && z2 < 0.7 * df + 2) {
+        start = expanded_t(z, df);
     } else {  // the power law of the tail, in w = df / (df + t^2)
         const double log_w = (std::log(q * df) + log_beta(0.5, 0.5 * df)) * 2 / df, w = std::exp(log_w);
         if (w < 0.99)
             start = w > 1e-280 ? std::sqrt(df * (1 - w) / w) : std::sqrt(df) * std::exp(-0.5 * log_w);
     }
-    start = std::max(start, 1e-300);
-    const double s = solve_log_f(0.5, 0.5 * df, 1 - 2 * q, 2 * q, 2 * std::log(start));
-    return s >= kMaxLog ? std::numeric_limits<double>::infinity() : std::exp(0.5 * s);
+    start = std::clamp(start, 1e-150, 1e150);
+    return std::sqrt(limited(solve_f(0.5, 0.5 * df, 1 - 2 * q, 2 * q, start * start)));
 }
 
 }  // namespace
@@ -140,7 +204,7 @@ double f_quantile(double p, double df1, double df2) {
         const double t = upper_t_quantile(0.5 * p, df1);
         return 1 / (t * t);
     }
-    return exp_or_limit(log_f_quantile(0.5 * df1, 0.5 * df2, p, q));
+    return quantile(0.5 * df1, 0.5 * df2, p, q);
 }
 
 double t_quantile(double p, double df) {
@@ -149,7 +213,7 @@ double t_quantile(double p, double df) {
 }
 
 double beta_quantile(double p, double a, double b) {
-    const double odds = exp_or_limit(log_f_quantile(a, b, p, 1 - p)) * (a / b);
+    const double odds = quantile(a, b, p, 1 - p) * (a / b);
     return odds < 1e300 ? odds / (1 + odds) : 1;
 }
 
