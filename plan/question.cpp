@@ -102,7 +102,7 @@ namespace {
 
 /// What a question leaves to be found.
 Outcome<std::string> unknown_of(std::string_view question, bool has_target, const std::string& solve_for) {
-    if (question == "solve") return solve_for;
+    if (question == "solve" || question.empty()) return solve_for;
     if (!solve_for.empty())
         return Refusal{.argument = "solve-for", .reason = "belongs to the question solve"};
     if (question == "precision") return std::string(has_target ? "" : "halfwidth");
