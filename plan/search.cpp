@@ -89,6 +89,7 @@ std::vector<double> grid(const Range& range) {
 std::vector<double> crossings(const Shortfall& shortfall, const Range& range, double null) {
     std::vector<double> found;
     if (!std::isnan(null)) {
+        if (shortfall(null) >= 0) return found;  // no effect is enough
         if (range.high > null)
             if (const auto above = crossing_from(shortfall, null, range.high, range.high_open))
                 found.push_back(*above);

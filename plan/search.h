@@ -21,8 +21,8 @@ double narrowed(const Shortfall& shortfall, double a, double b,
 /// The same to the last digits of x.
 double narrowed(const Shortfall& shortfall, double a, double b);
 
-/// Every place inside a range where the target begins to be reached, on either side of `null` where there is one;
-/// first those above it.
+/// Every place inside a range where the target begins to be reached, on either side of `null` where there is one,
+/// first those above it. None where it is reached at `null` itself.
 std::vector<double> crossings(const Shortfall& shortfall, const Range& range, double null);
 
 /// Whole sizes for growing real sizes: group i has the ceiling of its share, but at least `least`. The steps
