@@ -24,6 +24,13 @@ double search_total(const Design& design, POWER_NAMESPACE::Objective objective, 
     return search_size(design, objective, nullptr, smallest, smallest + kFirstReach, tolerance);
 }
 
+/// The same for a power that grows with the total.
+template <class Design>
+double search_total(const Design& design, POWER_NAMESPACE::Objective objective, const SteadyStart& start) {
+    const double smallest = 2.0 * design.k;
+    return search_size(design, objective, start, smallest, smallest + kFirstReach, kPowerTolerance);
+}
+
 /// Allocation weights as proportions of their sum.
 inline std::vector<double> proportions(std::span<const double> weights) {
     const double total = sum(weights);

@@ -11,17 +11,30 @@ using namespace statpower;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 
-double statpower::overall_f_power(std::span<const double> means, double sigma,
-                                  std::span<const double> weights, double N, double alpha) {
-    const auto k = static_cast<double>(means.size());
-    if (!(k >= 2 && weights.size() == means.size() && sigma > 0 && N >= k && is_between_0_and_1(alpha)))
-        return OrvMV::Missing();
+namespace {
+
+/// Variance between the groups, of their means about the weighted grand mean.
+double between_variance(std::span<const double> means, std::span<const double> weights) {
     const double grand_mean = weighted_mean(means, weights);
     const double total = sum(weights);
     double between = 0;
     for (std::size_t i = 0; i < means.size(); ++i)
         between += weights[i] / total * square(means[i] - grand_mean);
-    const double noncentrality = between / (square(sigma) / N);
+    return between;
+}
+
+double noncentrality_of_effect(int es_type, double es, double N) {
+    return es_type != 0 ? N * es / (1 - es) : N * square(es);
+}
+
+}  // namespace
+
+double statpower::overall_f_power(std::span<const double> means, double sigma,
+                                  std::span<const double> weights, double N, double alpha) {
+    const auto k = static_cast<double>(means.size());
+    if (!(k >= 2 && weights.size() == means.size() && sigma > 0 && N >= k && is_between_0_and_1(alpha)))
+        return OrvMV::Missing();
+    const double noncentrality = between_variance(means, weights) / (square(sigma) / N);
     return f_test_power(alpha, k - 1, N - k, noncentrality);
 }
 
@@ -33,8 +46,7 @@ double _PowerOverallTestwithN(int k, double* means, double sigma, double* sizes,
 
 double _PowerOverallTestwithES(int k, double es, int esType, double N, double alpha) {
     if (!(k >= 2 && N >= k && is_between_0_and_1(alpha))) return OrvMV::Missing();
-    const double noncentrality = esType != 0 ? N * es / (1 - es) : N * square(es);
-    return f_test_power(alpha, k - 1, N - k, noncentrality);
+    return f_test_power(alpha, k - 1, N - k, noncentrality_of_effect(esType, es, N));
 }
 
 double OverallTestFunc(double N, std::vector<double> design, OrvQueryCancel*) {
@@ -80,7 +92,8 @@ double PowerReverseOverallTest(int k, const double* means, const double* sizes,
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto weights = proportions(groups(k, sizes));
     const OverallSearch design{power, k, sigma, alpha, groups(k, means), weights};
-    const double N = search_total(design, OverallTestFunc, kPowerTolerance);
+    const double rate = between_variance(design.means, weights) / square(sigma);
+    const double N = search_total(design, OverallTestFunc, f_test_start(power, alpha, k - 1, rate));
     return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 
@@ -90,7 +103,8 @@ double PowerReverseOverallTestwES(int k, int esType, const double* sizes, std::v
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto weights = proportions(groups(k, sizes));
     const OverallEffectSearch design{power, k, es, esType, alpha};
-    const double N = search_total(design, OverallTestwESFunc, kPowerTolerance);
+    const double rate = noncentrality_of_effect(esType, es, 1);
+    const double N = search_total(design, OverallTestwESFunc, f_test_start(power, alpha, k - 1, rate));
     return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 

@@ -23,6 +23,19 @@ double unit_variance(std::span<const double> coefficients, std::span<const doubl
     return variance;
 }
 
+/// N / W es^2 / Q, W the sum of the weights.
+double noncentrality_of_effect(double es, std::span<const double> weights, double N,
+                               std::span<const double> coefficients) {
+    return N / sum(weights) * square(es) / unit_variance(coefficients, weights);
+}
+
+/// The start of the search for the total.
+SteadyStart start_of(double es, std::span<const double> weights, std::span<const double> coefficients,
+                     int directional, double power, double alpha) {
+    const double rate = noncentrality_of_effect(es, weights, 1, coefficients);
+    return t_test_start(power, tail_level(directional, alpha), std::sqrt(rate));
+}
+
 }  // namespace
 
 double statpower::contrast_effect(std::span<const double> means, std::span<double> coefficients,
@@ -53,7 +66,7 @@ double statpower::contrast_power_of_effect(double es, std::span<const double> we
     const auto k = static_cast<double>(weights.size());
     if (!(k >= 2 && coefficients.size() == weights.size() && N >= k && is_between_0_and_1(alpha)))
         return OrvMV::Missing();
-    const double noncentrality = N / sum(weights) * square(es) / unit_variance(coefficients, weights);
+    const double noncentrality = noncentrality_of_effect(es, weights, N, coefficients);
     return directional ? t_test_power_one_sided(alpha, N - k, std::sqrt(noncentrality))
                        : f_test_power(alpha, 1, N - k, noncentrality);
 }
@@ -101,7 +114,9 @@ double statpower::contrast_allocation(std::span<const double> means, std::span<c
     const int k = static_cast<int>(means.size());
     const auto weights = proportions(sizes);
     const ContrastSearch design{power, k, sigma, alpha, directional, means, weights, coefficients};
-    const double N = search_total(design, SCFunc, kPowerTolerance);
+    std::vector<double> repaired(coefficients.begin(), coefficients.end());
+    const double es = contrast_effect(means, repaired, sigma);
+    const double N = search_total(design, SCFunc, start_of(es, weights, repaired, directional, power, alpha));
     return allocate(groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 
@@ -139,7 +154,8 @@ double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto weights = proportions(groups(k, sizes));
     const ContrastEffectSearch design{power, k, es, alpha, directional, weights, groups(k, coefficients)};
-    const double N = search_total(design, SCwESFunc, kPowerTolerance);
+    const double N = search_total(design, SCwESFunc,
+                                  start_of(es, weights, design.coefficients, directional, power, alpha));
     return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }
 

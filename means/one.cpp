@@ -64,11 +64,12 @@ double PowerOneSampleDirectional(double N, double mean, double sd, double mean0,
 }
 
 double PowerReverseOneSampleNondirectionalES(double power, double es, double alpha) {
-    return search_size(EffectSearch{power, es, alpha}, NondirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, NondirectionalFunc,
+                       t_test_start(power, alpha / 2, es));
 }
 
 double PowerReverseOneSampleDirectionalES(double power, double es, double alpha) {
-    return search_size(EffectSearch{power, es, alpha}, DirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, DirectionalFunc, t_test_start(power, alpha, es));
 }
 
 double PowerReverseOneSampleNondirectional(double power, double mean, double sd, double mean0, double alpha) {

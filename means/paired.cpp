@@ -72,11 +72,13 @@ double PowerRelatedDirectional(double N, double mean1, double sd1, double mean2,
 }
 
 double PowerReverseRelatedNondirectionalES(double power, double es, double alpha) {
-    return search_size(EffectSearch{power, es, alpha}, RelatedNondirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, RelatedNondirectionalFunc,
+                       t_test_start(power, alpha / 2, es));
 }
 
 double PowerReverseRelatedDirectionalES(double power, double es, double alpha) {
-    return search_size(EffectSearch{power, es, alpha}, RelatedDirectionalFunc);
+    return search_size(EffectSearch{power, es, alpha}, RelatedDirectionalFunc,
+                       t_test_start(power, alpha, es));
 }
 
 double PowerReverseRelatedNondirectional(double power, double mean1, double sd1, double mean2, double sd2,

@@ -14,6 +14,12 @@ double search_size(const Design& design, POWER_NAMESPACE::Objective objective) {
     return search_size(design, objective, nullptr, 2, kFirstReach);
 }
 
+/// The same for a power that grows with the size.
+template <class Design>
+double search_size(const Design& design, POWER_NAMESPACE::Objective objective, const SteadyStart& start) {
+    return search_size(design, objective, start, 2, kFirstReach);
+}
+
 /// Design vector of the search for the power of one effect size.
 struct EffectSearch {
     double target, es, alpha;

@@ -108,11 +108,22 @@ double above_target(PowerOfEffectSize power, double N, const std::vector<double>
     return power(N, d.ratio * N, d.es, d.alpha) - d.target;
 }
 
+/// The start of the search for the size of group 1, `tail` the level of one tail.
+SteadyStart start_of(const TwoMeansSearch& d, double tail) {
+    const double diff = d.mean1 - d.mean2;
+    const auto test =
+        d.sd1 == d.sd2 ? pooled_test(1, d.ratio, diff / d.sd1) : welch_test(1, d.sd1, d.ratio, d.sd2, diff);
+    return t_test_start(d.target, tail, test.noncentrality, 1 + d.ratio);
+}
+
+SteadyStart start_of(const TwoMeansEffectSearch& d, double tail) {
+    return t_test_start(d.target, tail, pooled_test(1, d.ratio, d.es).noncentrality, 1 + d.ratio);
+}
+
 /// Appends the sizes of both groups: whole numbers, group 2 never below 2; twice the missing value where the
 /// search fails.
 template <class Design>
-void append_sizes(const Design& design, Objective objective, std::vector<double>& sizes) {
-    const double N1 = search_size(design, objective);
+void append_sizes(const Design& design, double N1, std::vector<double>& sizes) {
     if (OrvMV::IsMissing(N1))
         sizes.insert(sizes.end(), {N1, N1});
     else
@@ -188,30 +199,34 @@ void PowerReverseIndependentNondirectional(double power, double ratio, double me
                                            double sd2, double alpha, std::vector<double>& sizes) {
     if (!sizes.empty()) return;
     const TwoMeansSearch design{power, ratio, mean1, sd1, mean2, sd2, alpha};
-    append_sizes(design, PowerIndependentNondirectionalFunc, sizes);
+    append_sizes(design, search_size(design, PowerIndependentNondirectionalFunc, start_of(design, alpha / 2)),
+                 sizes);
 }
 
 void PowerReverseIndependentDirectional(double power, double ratio, double mean1, double sd1, double mean2,
                                         double sd2, double alpha, std::vector<double>& sizes) {
     if (!sizes.empty()) return;
     const TwoMeansSearch design{power, ratio, mean1, sd1, mean2, sd2, alpha};
-    append_sizes(design, IndependentDirectionalFunc, sizes);
+    append_sizes(design, search_size(design, IndependentDirectionalFunc, start_of(design, alpha)), sizes);
 }
 
 void PowerReverseIndependentNondirectionalES(double power, double ratio, double es, double alpha,
                                              std::vector<double>& sizes) {
-    append_sizes(TwoMeansEffectSearch{power, ratio, es, alpha}, IndependentNondirectionalESFunc, sizes);
+    const TwoMeansEffectSearch design{power, ratio, es, alpha};
+    append_sizes(design, search_size(design, IndependentNondirectionalESFunc, start_of(design, alpha / 2)),
+                 sizes);
 }
 
 void PowerReverseIndependentDirectionalES(double power, double ratio, double es, double alpha,
                                           std::vector<double>& sizes) {
-    append_sizes(TwoMeansEffectSearch{power, ratio, es, alpha}, IndependentDirectionalESFunc, sizes);
+    const TwoMeansEffectSearch design{power, ratio, es, alpha};
+    append_sizes(design, search_size(design, IndependentDirectionalESFunc, start_of(design, alpha)), sizes);
 }
 
 void PowerReversebyHalfCIIndependentMeans(double halfWidth, double ratio, double sd1, double sd2,
                                           double alpha, std::vector<double>& sizes) {
     const TwoMeansHalfWidthSearch design{halfWidth, ratio, sd1, sd2, alpha};
-    append_sizes(design, _SampleSizebyHalfWidthCIIndependentFunc, sizes);
+    append_sizes(design, search_size(design, _SampleSizebyHalfWidthCIIndependentFunc), sizes);
 }
 
 double HalfCIIndependentMeans(double N1, double sd1, double N2, double sd2, double alpha) {

@@ -45,9 +45,17 @@ double random_predictors_power(const PredictorTest& test, double e) {
 }
 
 /// From one error degree of freedom upwards.
+/// @param f2  the effect size, the noncentrality of one observation
 template <class Design>
-double search_size(const Design& design, POWER_NAMESPACE::Objective objective) {
-    return search_size(design, objective, nullptr, design.p + 1 + design.intercept, design.p + kFirstReach);
+double search_size(const Design& design, POWER_NAMESPACE::Objective objective, double f2) {
+    return search_size(design, objective, f_test_start(design.target, design.alpha, design.q, f2),
+                       design.p + 1 + design.intercept, design.p + kFirstReach);
+}
+
+/// The squared partial multiple correlation. Without a reduced model R2full is read as the multiple correlation
+/// itself.
+double squared_correlation(double R2full, double R2red) {
+    return R2red != 0 ? (R2full - R2red) / (1 - R2red) : square(R2full);
 }
 
 }  // namespace
@@ -57,11 +65,9 @@ double search_size(const Design& design, POWER_NAMESPACE::Objective objective) {
 double Powerbymlr(int random, bool intercept, double N, double p, double q, double R2full, double R2red,
                   double alpha) {
     const PredictorTest test{intercept, N, p, q, alpha};
-    const bool is_reduced = R2red != 0;
-    if (!are_squared_correlations(R2full, R2red) || (is_reduced && R2red > R2full) || !test.is_valid())
+    if (!are_squared_correlations(R2full, R2red) || (R2red != 0 && R2red > R2full) || !test.is_valid())
         return kInvalid;
-    // Without a reduced model R2full is read as the multiple correlation itself.
-    const double e = is_reduced ? (R2full - R2red) / (1 - R2red) : square(R2full);
+    const double e = squared_correlation(R2full, R2red);
     return random != 0 ? random_predictors_power(test, e) : fixed_predictors_power(test, N * e / (1 - e));
 }
 
@@ -89,12 +95,13 @@ double PowerbymlrwESFunc(double N, std::vector<double> design, OrvQueryCancel*) 
 
 double PowerReversebymlr(int random, bool intercept, double power, double p, double q, double R2full,
                          double R2red, double alpha) {
+    const double e = squared_correlation(R2full, R2red);
     return search_size(RegressionSearch{power, p, q, R2full, R2red, random, intercept, alpha},
-                       POWER_NAMESPACE::PowerbymlrFunc);
+                       POWER_NAMESPACE::PowerbymlrFunc, e / (1 - e));
 }
 
 double PowerReversebymlrwES(int random, bool intercept, double power, double p, double q, double f2,
                             double alpha) {
     return search_size(RegressionEffectSearch{power, p, q, f2, random, intercept, alpha},
-                       POWER_NAMESPACE::PowerbymlrwESFunc);
+                       POWER_NAMESPACE::PowerbymlrwESFunc, f2);
 }
