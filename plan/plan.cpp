@@ -199,10 +199,15 @@ bool only_in_precision(const Test& test, std::string_view name) {
 
 }  // namespace
 
+std::vector<const Argument*> arguments(const Test& test) {
+    auto all = arguments_of(test, test.power);
+    for (const Argument* a : arguments_of(test, test.precision))
+        if (!find(all, a->name)) all.push_back(a);
+    return all;
+}
+
 const Argument* find_argument(const Test& test, std::string_view name) {
-    for (const Measure* measure : {&test.power, &test.precision})
-        if (const Argument* a = find(arguments_of(test, *measure), name)) return a;
-    return nullptr;
+    return find(arguments(test), name);
 }
 
 namespace {

@@ -58,8 +58,11 @@ Outcome<std::vector<double>> read_range(const Argument& a, std::string_view text
     if (!(count >= 0)) return refused(a, text, "a range that its step leads through");
     if (!(count < kMostValues)) return refused(a, text, "a range of at most a million values");
     std::vector<double> values;
-    for (double i = 0; i <= count; ++i)  // 0.1 + 2 * 0.1 is meant to be 0.3
-        values.push_back(std::strtod(number(ends[0] + i * step, 13).c_str(), nullptr));
+    for (double i = 0; i <= count; ++i) {  // 0.1 + 2 * 0.1 is meant to be 0.3, and -0.3 + 3 * 0.1 to be 0
+        const double x = ends[0] + i * step;
+        const bool rounding = std::abs(x) < 1e-9 * std::abs(step);
+        values.push_back(rounding ? 0 : std::strtod(number(x, 13).c_str(), nullptr));
+    }
     return values;
 }
 
@@ -109,8 +112,8 @@ Outcome<std::string> unknown_of(std::string_view question, bool has_target, cons
     if (question == "power" || question == "size" || question == "effect") return std::string(question);
     const std::string_view near = nearest(question, {"power", "size", "precision", "effect", "solve"});
     return Refusal{.argument = {},
-                   .reason = "'" + quoted(question) +
-                             "' is no question; it is one of power, size, precision, effect or solve" +
+                   .reason = quoted(question) +
+                             " is no question; it is one of power, size, precision, effect or solve" +
                              (near.empty() ? "" : "; did you mean " + std::string(near) + "?")};
 }
 

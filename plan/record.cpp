@@ -138,6 +138,35 @@ Check fill(const Plan& plan, const std::vector<Question::Given>& given, Values& 
 
 }  // namespace
 
+std::vector<Item> Plan::items(const Values& values, const Answer& answer, Cancel* cancel) const {
+    std::vector<Item> items;
+    if (unknown()) {
+        items.push_back(item(*unknown(), values));
+    } else if (searches_sizes()) {
+        const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
+        items = size_items(test(), by_guaranteed ? answer.guaranteed : answer.smallest);
+    }
+    items.push_back({is_precision() ? &common::half_width : &common::power, {answer.reached}});
+    if (!is_precision() && test().level)
+        if (const double level = test().level(values, cancel); !std::isnan(level))
+            items.push_back({&level_argument(), {level}});
+    return items;
+}
+
+std::vector<std::string_view> Plan::item_names() const {
+    std::vector<std::string_view> names;
+    if (unknown()) {
+        names.push_back(unknown()->name);
+    } else if (searches_sizes()) {
+        for (const Argument& a : test().sizes.found) names.push_back(a.name);
+        if (test().sizes.found.size() > 1 || test().sizes.found.front().kind == Kind::list)
+            names.push_back(total.name);
+    }
+    names.push_back(is_precision() ? common::half_width.name : common::power.name);
+    if (!is_precision() && test().level) names.push_back(level_argument().name);
+    return names;
+}
+
 Outcome<Record> ask(const Question& question, Cancel* cancel) {
     if (!question.test) return Refusal{.argument = "test", .reason = "is needed"};
     const Test& test = *question.test;
@@ -159,30 +188,24 @@ Outcome<Record> ask(const Question& question, Cancel* cancel) {
         record.answer = record.effects;
         return record;
     }
-    const Argument& reached = plan->is_precision() ? common::half_width : common::power;
+    record.answer = plan->items(values, answer, cancel);
     if (plan->unknown()) {
         record.unknown = plan->unknown()->name;
-        record.answer.push_back(item(*plan->unknown(), values));
         if (!std::isnan(answer.other)) record.other.push_back({plan->unknown(), {answer.other}});
-    } else if (!answer.smallest.empty()) {
+    } else if (plan->searches_sizes()) {
         record.unknown = "size";
-        const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
-        const auto& found = by_guaranteed ? answer.guaranteed : answer.smallest;
-        record.answer = size_items(test, found);
         record.guaranteed = size_items(test, answer.guaranteed);
-        if (values[common::dropout] > 0)
+        if (values[common::dropout] > 0) {
+            const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
+            const auto& found = by_guaranteed ? answer.guaranteed : answer.smallest;
             record.enrolled = size_items(test, enrolled_sizes(found, values[common::dropout]));
-    } else {
-        record.unknown = reached.name;
-    }
-    record.answer.push_back({&reached, {answer.reached}});
-    if (!plan->is_precision() && test.level)
-        if (const double level = test.level(values, cancel); !std::isnan(level)) {
-            record.answer.push_back({&level_argument(), {level}});
-            if (level > values[alpha] * (1 + 1e-9))
-                record.notes.push_back("the actual level of this test, " + number(level, 4) +
-                                       ", is above alpha");
         }
+    } else {
+        record.unknown = plan->is_precision() ? common::half_width.name : common::power.name;
+    }
+    if (record.answer.back().argument == &level_argument())
+        if (const double level = record.answer.back().values.front(); level > values[alpha] * (1 + 1e-9))
+            record.notes.push_back("the actual level of this test, " + number(level, 4) + ", is above alpha");
     if (cancel && cancel->IsCancelRequested())
         return Refusal{.kind = Refusal::cancelled, .argument = {}, .reason = "stopped"};
     if (test.method) record.method = plan->is_precision() ? "" : test.method(values);

@@ -20,7 +20,9 @@ class Answers {
         if (plan.unknown()) add_column(*plan.unknown());
         if (plan.searches_sizes())  // of k groups, the sum
             for (const Argument& a : plan.test().sizes.found) add_column(a.kind == Kind::list ? total : a);
-        add_column(plan.is_precision() ? common::half_width : common::power);
+        const Argument& reached = plan.is_precision() ? common::half_width : common::power;
+        const bool varies = std::ranges::find(columns, reached.name, &Table::Column::name) != columns.end();
+        columns.push_back({varies ? "reached" : std::string(reached.name), &reached, {}});
     }
 
     void add(const Values& values, const Plan::Answer& answer) {

@@ -1,8 +1,8 @@
 #include "plan/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <numeric>
 
 namespace statplan {
@@ -20,11 +20,9 @@ std::string number(double x, int digits) {
 }
 
 std::string exactly(double x) {
-    for (const int digits : {15, 16}) {
-        const std::string text = number(x, digits);
-        if (std::strtod(text.c_str(), nullptr) == x) return text;
-    }
-    return number(x, 17);
+    if (!std::isfinite(x) || x == std::trunc(x)) return number(x, 17);
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, x).ptr};
 }
 
 std::string joined(const std::vector<std::string>& words, std::string_view last) {

@@ -92,6 +92,35 @@ struct Table {
 /// Answers a question in which number arguments may have several values.
 STATPLAN_API Outcome<Table> ask_table(const Question& question, Cancel* cancel = nullptr);
 
+/// A question that can be asked of a test.
+struct QuestionWord {
+    std::string_view name;     // power, size, precision, effect or solve
+    std::string_view meaning;  // "The power of a design"
+};
+STATPLAN_API std::vector<QuestionWord> questions(const Test& test);
+
+/// Explanations, of which help, manual and reference pages are made.
+struct Section {
+    struct Line {
+        std::string term;  // a word and what follows it; empty: a paragraph
+        std::string text;  // what it means; empty: the term is a command to type
+    };
+    std::string title;  // may be empty
+    std::vector<Line> lines;
+};
+
+/// A test explained: its arguments with their units, ranges and defaults, sources, and examples.
+/// @param question  what the explanation is for; empty: all questions
+STATPLAN_API std::vector<Section> explained(const Test& test, std::string_view question = {});
+
+/// Explanations as text for a terminal, as a part of a manual page, and as Markdown.
+STATPLAN_API std::string to_text(const std::vector<Section>& explanation);
+STATPLAN_API std::string to_roff(const std::vector<Section>& explanation);
+STATPLAN_API std::string to_markdown(const std::vector<Section>& explanation);
+
+/// The arguments that questions of a test may have.
+STATPLAN_API std::vector<const Argument*> arguments(const Test& test);
+
 /// The question that words ask: what each word is followed by is read as a number, a choice's word, a list
 /// "10,12,14", or, where a number stands, several of them "0.2,0.5" or a range "20:200:10".
 /// @param question  power, size, precision, effect or solve; solve may name its unknown by the word solve-for
@@ -111,6 +140,21 @@ STATPLAN_API const Argument* find_argument(const Test& test, std::string_view na
 STATPLAN_API std::string to_json(const Record& record);
 STATPLAN_API std::string to_json(const Table& table);
 STATPLAN_API std::string to_json(const Refusal& refusal);
+/// A table as JSON, a line for each row.
+STATPLAN_API std::string to_ndjson(const Table& table);
+
+/// Answers as text for people.
+/// @param digits  significant digits of numbers
+STATPLAN_API std::string to_text(const Record& record, int digits = 6);
+STATPLAN_API std::string to_text(const Table& table, int digits = 4);
+
+/// Answers as CSV: a table's columns, or a record's answer as the table of one row.
+/// @param digits  significant digits; 0: as many as it takes to read the same doubles back
+STATPLAN_API std::string to_csv(const Record& record, int digits = 0);
+STATPLAN_API std::string to_csv(const Table& table, int digits = 0);
+/// An item in a cell, nothing where there is no number, and a text, in quotes where it needs them.
+STATPLAN_API std::string in_csv(const Item& item, int digits = 0);
+STATPLAN_API std::string in_csv(std::string_view text);
 
 /// A question that is ready for any number of designs: which arguments will be given is settled, their values
 /// are not.
@@ -149,6 +193,12 @@ class STATPLAN_API Plan {
     /// Finds the unknown of a design and sets it in `values`; the raw values that follow are set, too.
     /// @return nothing when it was found, otherwise why not. Ranges are checked.
     Check answer(Values& values, Answer& answer, Cancel* cancel = nullptr) const;
+
+    /// An answered design's answer: what was found, the power or half-width reached, and the actual level of an
+    /// exact test.
+    std::vector<Item> items(const Values& values, const Answer& answer, Cancel* cancel = nullptr) const;
+    /// Names of all items that answers may have.
+    std::vector<std::string_view> item_names() const;
 
     ~Plan();
     Plan(Plan&&) noexcept;
