@@ -12,7 +12,7 @@ namespace {
 /// The axis of the effect size; an upper end of 0 stands for the whole range, from 0 to 2 for f and to 1 for
 /// a proportion of variance. The latter leaves its last point out: at 1 the noncentrality is infinite.
 Axis effect_sizes(int esType, double esMin, double esMax, double step) {
-    const bool is_proportion = esType != 0;
+    const bool is_proportion = esType != STATPOWER_COHENS_F;
     const double low = esMax == 0 ? 0 : esMin;
     const double high = esMax != 0 ? esMax : is_proportion ? 1 : 2;
     const auto [size, count] = steps(low, high, step);

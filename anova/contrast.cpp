@@ -76,25 +76,27 @@ namespace POWER_NAMESPACE {
 double _PowerSCwithN(int k, double* means, double sigma, double* sizes, double N, double* coefficients,
                      int directional, double alpha) {
     return contrast_power(groups(k, means), sigma, groups(k, sizes), N, groups(k, coefficients),
-                          directional != 0, alpha);
+                          directional != STATPOWER_TWO_SIDED, alpha);
 }
 
 double _PowerSCwithES(int k, double es, double* sizes, double N, double* coefficients, int directional,
                       double alpha) {
-    return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients), directional != 0,
-                                    alpha);
+    return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients),
+                                    directional != STATPOWER_TWO_SIDED, alpha);
 }
 
 double SCFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     const auto d = unpack<ContrastSearch>(design);
     std::vector<double> coefficients(d.coefficients.begin(), d.coefficients.end());
-    return contrast_power(d.means, d.sigma, d.weights, N, coefficients, d.directional != 0, d.alpha) -
+    return contrast_power(d.means, d.sigma, d.weights, N, coefficients, d.directional != STATPOWER_TWO_SIDED,
+                          d.alpha) -
            d.target;
 }
 
 double SCwESFunc(double N, std::vector<double> design, OrvQueryCancel*) {
     const auto d = unpack<ContrastEffectSearch>(design);
-    return contrast_power_of_effect(d.es, d.weights, N, d.coefficients, d.directional != 0, d.alpha) -
+    return contrast_power_of_effect(d.es, d.weights, N, d.coefficients, d.directional != STATPOWER_TWO_SIDED,
+                                    d.alpha) -
            d.target;
 }
 
@@ -128,14 +130,14 @@ double PowerSC(int k, const double* means, const double* sizes, double* coeffici
                double sigma, double alpha) {
     if (!(k >= 2 && sigma > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return contrast_power(groups(k, means), sigma, groups(k, sizes), SampleSizeTotal(k, sizes),
-                          groups(k, coefficients), directional != 0, alpha);
+                          groups(k, coefficients), directional != STATPOWER_TWO_SIDED, alpha);
 }
 
 double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional, double es,
                   double alpha) {
     if (!(k >= 2 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     return contrast_power_of_effect(es, groups(k, sizes), SampleSizeTotal(k, sizes), groups(k, coefficients),
-                                    directional != 0, alpha);
+                                    directional != STATPOWER_TWO_SIDED, alpha);
 }
 
 double PowerReverseSC(int k, const double* means, const double* sizes, const double* coefficients,

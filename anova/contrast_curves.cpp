@@ -12,7 +12,7 @@ XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coeffici
     if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N) {
         return contrast_power(groups(k, means), sigma, groups(k, sizes), N, groups(k, coefficients),
-                              directional != 0, alpha);
+                              directional != STATPOWER_TWO_SIDED, alpha);
     };
     const auto [first, last] = total_range(nMin, nMax, groups(k, sizes), power);
     return curve(sample_sizes(first, last), power);
@@ -22,8 +22,8 @@ XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nM
                   double es, double alpha) {
     if (!(k >= 2 && valid_ends(nMin, nMax) && is_between_0_and_1(alpha))) return {};
     return curve(sample_sizes(nMin, nMax), [&](double N) {
-        return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients), directional != 0,
-                                        alpha);
+        return contrast_power_of_effect(es, groups(k, sizes), N, groups(k, coefficients),
+                                        directional != STATPOWER_TWO_SIDED, alpha);
     });
 }
 
@@ -40,7 +40,7 @@ XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coef
     if (!(sigma > 0 && valid_ends(nMin, nMax) && sdMin <= sdMax && is_between_0_and_1(alpha))) return {};
     const auto power = [&](double N, double sd) {
         return contrast_power(groups(k, means), sd, groups(k, sizes), N, groups(k, coefficients),
-                              directional != 0, alpha);
+                              directional != STATPOWER_TWO_SIDED, alpha);
     };
     const auto [first, last] =
         total_range(nMin, nMax, groups(k, sizes), [&](double N) { return power(N, sigma); });

@@ -14,8 +14,6 @@ using OrvCommon_940::OrvMV;
 
 namespace {
 
-constexpr int kTwoSided = 0;
-
 /// +1 for group i and -1 for group j, counted from 1. A number that no group has sets nothing.
 std::vector<double> pair_contrast(int k, int i, int j) {
     std::vector<double> coefficients(static_cast<std::size_t>(std::max(k, 0)));
@@ -30,12 +28,12 @@ std::vector<double> pair_contrast(int k, int i, int j) {
 /// Level of one of the k (k - 1) / 2 comparisons; nothing for an unknown method code.
 std::optional<double> adjusted_level(int method, double alpha, double k) {
     switch (method) {
-        case 0:
-            return (alpha + alpha) / k / (k - 1);  // Bonferroni
-        case 1:
-            return 1 - std::pow(1 - alpha, 2 / k / (k - 1));  // Sidak
-        case 2:
-            return alpha;  // none
+        case STATPOWER_BONFERRONI:
+            return (alpha + alpha) / k / (k - 1);
+        case STATPOWER_SIDAK:
+            return 1 - std::pow(1 - alpha, 2 / k / (k - 1));
+        case STATPOWER_UNADJUSTED:
+            return alpha;
         default:
             return std::nullopt;
     }
@@ -53,7 +51,7 @@ double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i,
     if (!(k >= 2 && i > 0 && i < j && sd > 0 && is_between_0_and_1(alpha))) return OrvMV::Missing();
     const auto level = adjusted_level(method, alpha, k);
     if (!level) return OrvMV::Missing();
-    return PowerSC(k, means, sizes, pair_contrast(k, i, j).data(), kTwoSided, sd, *level);
+    return PowerSC(k, means, sizes, pair_contrast(k, i, j).data(), STATPOWER_TWO_SIDED, sd, *level);
 }
 
 double PowerReversePairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
@@ -64,7 +62,7 @@ double PowerReversePairwiseDiff(int k, const double* means, const double* sizes,
     const auto level = adjusted_level(method, alpha, k);
     if (!level) return OrvMV::Missing();
     return contrast_allocation(groups(k, means), groups(k, sizes), pair_contrast(k, i, j), groupSizes,
-                               kTwoSided, sd, power, *level);
+                               STATPOWER_TWO_SIDED, sd, power, *level);
 }
 
 double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, double N, double sd,

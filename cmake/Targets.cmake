@@ -18,7 +18,7 @@ function(statpower_shared_library target)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:statpower_settings>)
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_compile_features(${target} PUBLIC cxx_std_17)
   target_link_options(${target} PRIVATE
     -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hide-standard-library.map)
   if(NOT STATPOWER_SANITIZE)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvcommon/dist_fun.h"
+#include "statpower/core.h"
 
 namespace statpower {
 
@@ -15,9 +16,9 @@ double upper_tail(double cumulative);
 /// Probability below a critical value. A missing one counts as 0.
 double lower_tail(double cumulative);
 
-/// The part of a level that one tail gets: half of it in a two-sided test (sides 0), else all of it.
+/// The part of a level that one tail gets: half of it in a two-sided test, else all of it.
 inline double tail_level(int sides, double alpha) {
-    return sides == 0 ? alpha / 2 : alpha;
+    return sides == STATPOWER_TWO_SIDED ? alpha / 2 : alpha;
 }
 
 /// Critical value of a z test that leaves `tail` above it: the 1 - tail quantile of the standard normal

@@ -1,13 +1,11 @@
-// Powers that are none: proportions, correlations and regressions say so by a negative number, means by the
-// missing value.
+// Powers that are none, as the code names them.
 #pragma once
+
+#include "statpower/core.h"
 
 namespace statpower {
 
-/// An argument is out of its range.
-inline constexpr double kInvalid = -1;
-
-/// A binomial operation of the distribution library failed.
-inline constexpr double kDistributionFailure = -2;
+inline constexpr double kInvalid = STATPOWER_REFUSED;
+inline constexpr double kDistributionFailure = STATPOWER_DISTRIBUTION_FAILED;
 
 }  // namespace statpower

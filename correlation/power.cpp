@@ -37,7 +37,7 @@ double z_test_power(int sided, double r, double r0, double alpha, double distanc
     const double q = z_critical(tail_level(sided, alpha));
     const auto above = [&] { return OrvDistFun::CdfStdNorm((distance - q) / ratio); };
     const auto below = [&] { return 1 - OrvDistFun::CdfStdNorm((q + distance) / ratio); };
-    if (sided == 0) return above() + below();
+    if (sided == STATPOWER_TWO_SIDED) return above() + below();
     return r > r0 ? above() : below();
 }
 
@@ -76,7 +76,7 @@ double PowerbyOneSampPearson(int sided, bool bias, double N, double r, double r0
 
 double PowerbyOneSampSpearman(int method, int sided, double N, double r, double r0, double alpha) {
     if (!(N >= 3 && is_valid(N, r, r0, alpha))) return kInvalid;
-    if (N == 3 && method != 2) return 1;
+    if (N == 3 && method != STATPOWER_CARUSO_CLIFF) return 1;
     const auto variance = spearman_variance(method, N, r);
     if (!variance) return kInvalid;
     return z_test_power(sided, r, r0, alpha, fisher_difference(r, r0) / std::sqrt(*variance), 1);
@@ -118,7 +118,7 @@ double PowerReversebyOneSampPearson(int sided, bool bias, OrvQueryCancel* cancel
 
 double PowerReversebyOneSampSpearman(int method, int sided, double power, double r, double r0, double alpha) {
     const SpearmanSearch design{power, r, r0, method, sided, alpha};
-    const double smallest = method == 2 ? 3 : 4;
+    const double smallest = method == STATPOWER_CARUSO_CLIFF ? 3 : 4;
     return search_size(design, PowerbyOneSampSpearmanFunc, nullptr, smallest, kFirstReach);
 }
 

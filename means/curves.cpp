@@ -18,11 +18,11 @@ namespace {
 using PowerOfSize = double (*)(double N, double es, double alpha);
 
 PowerOfSize one_mean_power(int directional) {
-    return directional != 0 ? PowerOneSampleDirectionalES : PowerOneSampleNondirectionalES;
+    return directional != STATPOWER_TWO_SIDED ? PowerOneSampleDirectionalES : PowerOneSampleNondirectionalES;
 }
 
 PowerOfSize paired_means_power(int directional) {
-    return directional != 0 ? PowerRelatedDirectionalES : PowerRelatedNondirectionalES;
+    return directional != STATPOWER_TWO_SIDED ? PowerRelatedDirectionalES : PowerRelatedNondirectionalES;
 }
 
 /// The curve of power(N), checked as every curve over the sample size is.
@@ -41,11 +41,11 @@ struct Interval {
 /// which has no use for negative effects, and -5 for a one-sided one.
 Interval effect_size_range(int directional, double low, double high) {
     constexpr double kLeftOpen = -5;
-    return {directional == 0 && low == kLeftOpen ? 0 : low, high};
+    return {directional == STATPOWER_TWO_SIDED && low == kLeftOpen ? 0 : low, high};
 }
 
 bool effect_sizes_refused(int directional, Interval es, double alpha) {
-    return (directional == 0 && es.low < 0) || es.low >= es.high || is_refused_level(alpha);
+    return (directional == STATPOWER_TWO_SIDED && es.low < 0) || es.low >= es.high || is_refused_level(alpha);
 }
 
 /// The curve of power(es).
@@ -73,11 +73,13 @@ using PowerOfRatio = double (*)(double Ntotal, double ratio, double diff, double
                                 double alpha);
 
 PowerOfSizes pooled_power(int directional) {
-    return directional != 0 ? PowerIndependentDirectionalES : PowerIndependentNondirectionalES;
+    return directional != STATPOWER_TWO_SIDED ? PowerIndependentDirectionalES
+                                              : PowerIndependentNondirectionalES;
 }
 
 PowerOfRatio welch_power(int directional) {
-    return directional != 0 ? _PowerIndependentDirectional : _PowerIndependentNondirectional;
+    return directional != STATPOWER_TWO_SIDED ? _PowerIndependentDirectional
+                                              : _PowerIndependentNondirectional;
 }
 
 double pooled_power_at_ratio(PowerOfSizes power, double Ntotal, double ratio, double es, double alpha) {
@@ -136,7 +138,8 @@ void replace_implausible(XYZPlot& plot) {
 XYPlot PlotNOneSample(int nLow, int nHigh, int directional, double, double mean, double sd, double mean0,
                       double alpha) {
     if (sd <= 0) return {};
-    const auto power = directional != 0 ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
+    const auto power =
+        directional != STATPOWER_TWO_SIDED ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
     return curve_over_size(nLow, nHigh, alpha, [&](double N) { return power(N, mean, sd, mean0, alpha); });
 }
 
@@ -162,7 +165,8 @@ XYZPlot PlotNaESOneSample(int nLow, int nHigh, int directional, double esLow, do
 XYPlot PlotNRelated(int nLow, int nHigh, int directional, double, double mean1, double sd1, double mean2,
                     double sd2, double corr, double alpha) {
     if (paired_design_refused(sd1, sd2, corr, alpha)) return {};
-    const auto power = directional != 0 ? PowerRelatedDirectional : PowerRelatedNondirectional;
+    const auto power =
+        directional != STATPOWER_TWO_SIDED ? PowerRelatedDirectional : PowerRelatedNondirectional;
     return curve_over_size(nLow, nHigh, alpha,
                            [&](double N) { return power(N, mean1, sd1, mean2, sd2, corr, alpha); });
 }

@@ -31,7 +31,8 @@ double _SampleSizebyHalfWidthCIOneSampleFunc(double N, std::vector<double> desig
 
 void _SetPlotRangeN(double N, double mean, double sd, int& nMin, int& nMax, int directional, double mean0,
                     double alpha) {
-    const auto power = directional != 0 ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
+    const auto power =
+        directional != STATPOWER_TWO_SIDED ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
     const auto range = default_range(power(N, mean, sd, mean0, alpha), N, 2);
     nMin = range.min;
     nMax = range.max;

@@ -48,7 +48,11 @@ Axis curve_sizes(int random, bool intercept, int nMin, int nMax, double p) {
     const auto range = range_or_default(
         nMin, nMax, [&](int& min, int& max) { POWER_NAMESPACE::_SetPlotRangeN(p, intercept, min, max); });
     const double w = width(range);
-    const double step = random != 1 || w < 150 ? 1 : w < 500 ? 5 : w < 1000 ? 10 : w < 2000 ? 20 : 50;
+    const double step = random != STATPOWER_RANDOM_PREDICTORS || w < 150 ? 1
+                        : w < 500                                        ? 5
+                        : w < 1000                                       ? 10
+                        : w < 2000                                       ? 20
+                                                                         : 50;
     return sample_sizes(range.min, range.max, step);
 }
 
@@ -56,17 +60,18 @@ Axis curve_sizes(int random, bool intercept, int nMin, int nMax, double p) {
 template <class SetDefault>
 Axis surface_sizes(int random, bool intercept, int nMin, int nMax, double p, SetDefault set_random_default) {
     const auto range = range_or_default(nMin, nMax, [&](int& min, int& max) {
-        if (random != 0)
+        if (random != STATPOWER_FIXED_PREDICTORS)
             set_random_default(min, max);
         else
             POWER_NAMESPACE::_SetPlotRangeN(p, intercept, min, max);
     });
-    return sample_sizes(range.min, range.max, random == 1 && width(range) > 99 ? 2 : 1);
+    return sample_sizes(range.min, range.max,
+                        random == STATPOWER_RANDOM_PREDICTORS && width(range) > 99 ? 2 : 1);
 }
 
 /// The step of an effect, which random predictors set themselves.
 double effect_step(int random, double step) {
-    return random == 1 ? 0.05 : step;
+    return random == STATPOWER_RANDOM_PREDICTORS ? 0.05 : step;
 }
 
 /// `count` multiple correlations -1 + step, -1 + 2 step, ...

@@ -68,13 +68,15 @@ double Powerbymlr(int random, bool intercept, double N, double p, double q, doub
     if (!are_squared_correlations(R2full, R2red) || (R2red != 0 && R2red > R2full) || !test.is_valid())
         return kInvalid;
     const double e = squared_correlation(R2full, R2red);
-    return random != 0 ? random_predictors_power(test, e) : fixed_predictors_power(test, N * e / (1 - e));
+    return random != STATPOWER_FIXED_PREDICTORS ? random_predictors_power(test, e)
+                                                : fixed_predictors_power(test, N * e / (1 - e));
 }
 
 double PowerbymlrwES(int random, bool intercept, double N, double p, double q, double f2, double alpha) {
     const PredictorTest test{intercept, N, p, q, alpha};
     if (!test.is_valid()) return kInvalid;
-    return random != 0 ? random_predictors_power(test, f2 / (f2 + 1)) : fixed_predictors_power(test, N * f2);
+    return random != STATPOWER_FIXED_PREDICTORS ? random_predictors_power(test, f2 / (f2 + 1))
+                                                : fixed_predictors_power(test, N * f2);
 }
 
 // ---- Sample size -----------------------------------------------------------------------------------------

@@ -9,12 +9,11 @@
 //   alpha    significance level, between 0 and 1, both excluded
 //   power    target power; not checked: a target that no sample size reaches is a failed search, see below
 //   es       effect size, of the kind that esType names; not checked
-//   esType   0: es is the root mean square standardised effect f; any other value: es is the proportion of
-//            variance explained, f^2 / (1 + f^2)
+//   esType   a StatpowerEffect: which measure es is
 //   groupSizes  the caller's vector, resized to k elements and filled with the size of each group; left as it
 //            is when an argument is refused
 //   coefficients  k doubles, the contrast: they sum to zero, and in most uses lie in [-1, 1]
-//   directional  0: the two-sided F test of the contrast; any other value: the one-sided t test
+//   directional  a StatpowerSides: the two-sided F test of the contrast or the one-sided t test
 //   nMin, nMax  ends of the axis of the total sample size, in order, each 2 or more, or 0 for "the library
 //            chooses" (both ends, see below)
 //   sdMin, sdMax, esMin, esMax  ends of the axis of the standard deviation or the effect size, in order; 0
@@ -43,25 +42,38 @@
 // (2004), chapter 4); the noncentral distributions are evaluated exactly instead of by tables.
 #pragma once
 
-#include <vector>
-
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
+
+/// Measure of the effect of the overall test. Any value other than 0 is the proportion of variance.
+enum StatpowerEffect {
+    STATPOWER_COHENS_F = 0,           ///< root mean square standardised effect f
+    STATPOWER_VARIANCE_EXPLAINED = 1  ///< proportion of variance explained, f^2 / (1 + f^2)
+};
+
+/// Adjustment of the level of one comparison for all k (k - 1) / 2 pairs.
+enum StatpowerAdjustment {
+    STATPOWER_BONFERRONI = 0,  ///< 2 alpha / (k (k - 1))
+    STATPOWER_SIDAK = 1,       ///< 1 - (1 - alpha)^(2 / (k (k - 1)))
+    STATPOWER_UNADJUSTED = 2   ///< alpha
+};
 
 // ---- Overall F test: what power has a design? ------------------------------------------------------------
 
 /// Power of the overall F test for group means, sizes and a common standard deviation: P(F > F_alpha) with
 /// k - 1 and N - k degrees of freedom, N the sum of the sizes, and noncentrality
 /// lambda = sum of (sizes[i] / N) (means[i] - m)^2 / (sigma^2 / N), m the size-weighted grand mean.
-/// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k. At N = k
-///         no error degree of freedom is left: the power cannot be computed and counts as 1.
+/// @return the power; the missing value unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1. At N = k no error
+///         degree of freedom is left: the power cannot be computed and counts as 1.
 STATPOWER_API double PowerOverallTest(int k, const double* means, const double* sizes, double sigma,
                                       double alpha);
 
 /// Power of the overall F test for an effect size: noncentrality N es^2 for f, N es / (1 - es) for a
 /// proportion of variance.
-/// @return as PowerOverallTest; sigma is not needed and es not checked
+/// @return the power; the missing value unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
 STATPOWER_API double PowerOverallTestwES(int k, int esType, const double* sizes, double es, double alpha);
 
 // ---- Overall F test: which effect does a design represent? -----------------------------------------------
@@ -69,28 +81,32 @@ STATPOWER_API double PowerOverallTestwES(int k, int esType, const double* sizes,
 /// Root mean square standardised effect: the root of the unweighted sum of (means[i] - m)^2 over k - 1,
 /// divided by sigma, with m the size-weighted grand mean. (The mixture of a weighted mean and an unweighted
 /// sum is the definition of this measure.)
-/// @return the effect; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1 (alpha plays no
-///         other part)
+/// @return the effect; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1 (alpha plays no other
+///         part)
 STATPOWER_API double RMSSEOverallTest(int k, const double* means, const double* sizes, double sigma,
                                       double alpha);
 
 // ---- Overall F test: which sample size reaches a power? --------------------------------------------------
 
+#ifdef __cplusplus
 /// Allocation whose power reaches a target. The total N is searched from 2k upwards (but 2k + 400, the first
 /// guess, is taken if its power is exactly the target) and found from below to within 1e-6; group i gets the
 /// ceiling of sizes[i] / (sum of sizes) times N, but at least 2. Where rounding up adds next to nothing, the
 /// power can fall short of the target by what 1e-6 of an observation is worth.
-/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1.
-///         A failed search: see the head of this file.
+/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1. A failed
+///         search: 2k.
 STATPOWER_API double PowerReverseOverallTest(int k, const double* means, const double* sizes,
                                              std::vector<double>* groupSizes, double sigma, double power,
                                              double alpha);
 
-/// The same for an effect size.
-/// @return as PowerReverseOverallTest; sigma is not needed and es not checked
+/// Allocation whose power for an effect size reaches a target, searched and allocated as in
+/// PowerReverseOverallTest.
+/// @return the sum of the group sizes; the missing value unless k >= 2 and 0 < alpha < 1. es is not checked.
+///         A failed search: 2k.
 STATPOWER_API double PowerReverseOverallTestwES(int k, int esType, const double* sizes,
                                                 std::vector<double>* groupSizes, double es, double power,
                                                 double alpha);
+#endif
 
 // ---- Overall F test: how precise is a group mean? --------------------------------------------------------
 
@@ -99,32 +115,35 @@ STATPOWER_API double PowerReverseOverallTestwES(int k, int esType, const double*
 /// k, alpha outside [0, 2]) the result is computed with the missing value.
 STATPOWER_API double HalfCIOverallTest(int k, double N, double sigma, double alpha);
 
+#ifdef __cplusplus
 /// Allocation whose half-width does not exceed a target (in the units of the data, not checked). The total N
 /// is searched from 2k upwards to within 1e-9 and allocated as in PowerReverseOverallTest, but each share is
 /// sizes[i] times N divided by the sum of the sizes, in this order.
-/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
+/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReversebyHalfCIOverallTest(int k, const double* sizes,
                                                      std::vector<double>* groupSizes, double halfWidth,
                                                      double sigma, double alpha);
+#endif
 
 // ---- Overall F test: how does power vary? ----------------------------------------------------------------
 
 /// Power over the total sample size nMin, nMin + 1, ..., nMax, split over the groups in the proportions of
 /// the sizes.
-/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin and nMax
-///         are as said at the head of this file, alpha > 0 and alpha < 1
+/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin <= nMax,
+///         each of them 0 or at least 2, and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
                                       double sigma, double alpha);
 
-/// The same for an effect size.
-/// @return as PlotNOverallTest; sigma is not needed and es not checked
+/// Power for an effect size over the total sample size nMin, nMin + 1, ..., nMax.
+/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, nMin <= nMax, each of
+///         them 0 or at least 2, and 0 < alpha < 1. es is not checked.
 STATPOWER_API XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes, int nMin, int nMax,
                                          double es, double alpha);
 
 /// Power over the effect size at the current sizes, stored in single precision. The axis runs from esMin in
 /// steps of step (esMax - esMin), as many as cover the width. For f (esType 0) the point after the last step,
 /// at esMax or beyond it by less than a step, is included; for a proportion of variance it is left out.
-/// @return the curve; empty unless k >= 2, alpha > 0, esMin <= esMax, alpha < 1 and the step divides a range
+/// @return the curve; empty unless k >= 2, esMin <= esMax, 0 < alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotESOverallTest(int k, int esType, const double* sizes, double esMin, double esMax,
                                        double alpha, double step);
 
@@ -132,7 +151,7 @@ STATPOWER_API XYPlot PlotESOverallTest(int k, int esType, const double* sizes, d
 /// sdMin in steps of step (sdMax - sdMin), and its last point is exactly sdMax.
 /// @param sigma  only checked
 /// @return the curve; a point that is not positive holds the missing value. Empty unless k >= 2, sigma > 0,
-///         alpha > 0, sdMin <= sdMax, alpha < 1 and the step divides a range
+///         sdMin <= sdMax, 0 < alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotSDOverallTest(int k, const double* means, const double* sizes, double sigma,
                                        double sdMin, double sdMax, double alpha, double step);
 
@@ -140,8 +159,9 @@ STATPOWER_API XYPlot PlotSDOverallTest(int k, const double* means, const double*
 /// PlotSDOverallTest). From nMax - nMin = 1000 upwards only every second sample size is taken, and the last
 /// one may exceed nMax by one.
 /// @param sigma  current standard deviation, used where the library chooses the sample sizes
-/// @return the surface; empty unless nMin and nMax are as said, k >= 2, sigma > 0, sdMin <= sdMax and
-///         alpha > 0. Alpha is not checked against 1: every power is then missing.
+/// @return the surface; empty unless k >= 2, sigma > 0, nMin <= nMax, each of them 0 or at least 2, sdMin <=
+///         sdMax, alpha > 0 and the step divides a range. Alpha is not checked against 1: every power is then
+///         missing.
 STATPOWER_API XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
                                           double sigma, double sdMin, double sdMax, double alpha,
                                           double step);
@@ -149,8 +169,9 @@ STATPOWER_API XYZPlot PlotNaSDOverallTest(int k, const double* means, const doub
 /// Power over the total sample size (first axis, as in PlotNaSDOverallTest) and the effect size (second axis,
 /// as in PlotESOverallTest).
 /// @param es  current effect size, used where the library chooses the sample sizes
-/// @return the surface; empty unless nMin and nMax are as said, k >= 2, esMin <= esMax and alpha > 0. Alpha
-///         is not checked against 1: every power is then missing.
+/// @return the surface; empty unless k >= 2, nMin <= nMax, each of them 0 or at least 2, esMin <= esMax,
+///         alpha > 0 and the step divides a range. Alpha is not checked against 1: every power is then
+///         missing.
 STATPOWER_API XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax,
                                           double es, double esMin, double esMax, double alpha, double step);
 
@@ -174,73 +195,91 @@ STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficien
 /// @param[in,out] coefficients  repaired as in EffectSizeSC, but not when an argument is refused. An effect
 ///                              that EffectSizeSC reports as missing is used as it comes, a huge number, so
 ///                              that the power is 1.
-/// @return the power; the missing value unless alpha > 0, k >= 2, sigma > 0, alpha < 1 and N >= k
+/// @return the power; the missing value unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1
 STATPOWER_API double PowerSC(int k, const double* means, const double* sizes, double* coefficients,
                              int directional, double sigma, double alpha);
 
-/// The same for an effect size es = psi / sigma; the coefficients are used as they are.
-/// @return as PowerSC; sigma is not needed and es not checked
+/// Power of the test of a contrast for an effect size es = psi / sigma; the coefficients are used as they
+/// are.
+/// @return the power; the missing value unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
 STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional,
                                 double es, double alpha);
 
 // ---- Contrasts: which sample size reaches a power? -------------------------------------------------------
 
+#ifdef __cplusplus
 /// Allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest.
 /// Coefficients that do not sum to zero are repaired as in EffectSizeSC, but in a copy; where that fails
 /// every power counts as 1, and the smallest allocation is the answer.
-/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
+/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1. A failed
+///         search: 2k.
 STATPOWER_API double PowerReverseSC(int k, const double* means, const double* sizes,
                                     const double* coefficients, std::vector<double>* groupSizes,
                                     int directional, double sigma, double power, double alpha);
 
-/// The same for an effect size es = psi / sigma; the coefficients are used as they are.
-/// @return as PowerReverseSC; sigma is not needed and es not checked
+/// Allocation whose power for an effect size es = psi / sigma reaches a target; the coefficients are used as
+/// they are.
+/// @return the sum of the group sizes; the missing value unless k >= 2 and 0 < alpha < 1. es is not checked.
+///         A failed search: 2k.
 STATPOWER_API double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
                                        std::vector<double>* groupSizes, int directional, double es,
                                        double power, double alpha);
+#endif
 
 // ---- Contrasts: how precise is the estimate? -------------------------------------------------------------
 
 /// Half-width of the two-sided 100 (1 - alpha) % confidence interval of psi at total sample size N:
 /// sqrt(W Q / N) t(1 - alpha / 2; N - k) sigma, with W the sum of the sizes and Q as in PowerSC (the sizes
-/// are rescaled to the total N). No argument is checked, as in HalfCIOverallTest.
+/// are rescaled to the total N). No argument is checked: where the quantile is missing (N at most k, alpha
+/// outside [0, 2]) the result is computed with the missing value.
 STATPOWER_API double HalfCISCTest(int k, const double* sizes, const double* coefficients, double N,
                                   double sigma, double alpha);
 
+#ifdef __cplusplus
 /// Allocation whose half-width does not exceed a target (in the units of the data, not checked),
 /// searched and allocated as in PowerReversebyHalfCIOverallTest. The coefficients are used as they are.
-/// @return the sum of the group sizes; the missing value unless alpha > 0, k >= 2, sigma > 0 and alpha < 1
+/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
                                                 std::vector<double>* groupSizes, double halfWidth,
                                                 double sigma, double alpha);
+#endif
 
 // ---- Contrasts: how does power vary? ---------------------------------------------------------------------
 // The powers are evaluated in the order of the points, and each may repair the coefficients for the next.
 
-/// Power over the total sample size, as PlotNOverallTest.
+/// Power over the total sample size nMin, nMin + 1, ..., nMax, split over the groups in the proportions of
+/// the sizes.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose N is at least k
-/// @return the curve; empty as PlotNOverallTest
+/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin <= nMax,
+///         each of them 0 or at least 2, and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coefficients, int nMin,
                              int nMax, int directional, double sigma, double alpha);
 
 /// Power over the total sample size for an effect size es = psi / sigma (not checked). This curve has no
 /// default range: an end of 0 is a sample size of 0, whose power is missing.
-/// @return the curve; empty unless k >= 2, nMin <= nMax, each 0 or at least 2, alpha > 0 and alpha < 1
+/// @return the curve; empty unless k >= 2, nMin <= nMax, each of them 0 or at least 2, and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nMin, int nMax,
                                 int directional, double es, double alpha);
 
-/// Power over the standard deviation at the current sizes, stored in single precision, as PlotSDOverallTest.
+/// Power over the standard deviation at the current sizes, stored in single precision. The axis runs from
+/// sdMin in steps of step (sdMax - sdMin), and its last point is exactly sdMax.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose standard deviation is
 ///                              positive
-/// @return the curve; empty as PlotSDOverallTest
+/// @param sigma  only checked
+/// @return the curve; a point that is not positive holds the missing value. Empty unless k >= 2, sigma > 0,
+///         sdMin <= sdMax, 0 < alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coefficients,
                               int directional, double sigma, double sdMin, double sdMax, double alpha,
                               double step);
 
-/// Power over the total sample size and the standard deviation, as PlotNaSDOverallTest.
-/// @return the surface; empty unless nMin and nMax are as said, sigma > 0, sdMin <= sdMax, alpha > 0 and
-///         alpha < 1. The number of groups is not checked: below 2 every power is missing, and a
-///         range that the library chooses can come out empty.
+/// Power over the total sample size (first axis) and the standard deviation (second axis, as in PlotSDSC).
+/// From nMax - nMin = 1000 upwards only every second sample size is taken, and the last one may exceed nMax
+/// by one.
+/// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power that is not refused
+/// @param sigma  current standard deviation, used where the library chooses the sample sizes
+/// @return the surface; empty unless sigma > 0, nMin <= nMax, each of them 0 or at least 2, sdMin <= sdMax,
+///         0 < alpha < 1 and the step divides a range. The number of groups is not checked: below 2 every
+///         power is missing, and a range that the library chooses can come out empty.
 STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coefficients,
                                  int nMin, int nMax, int directional, double sigma, double sdMin,
                                  double sdMax, double alpha, double step);
@@ -250,42 +289,46 @@ STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes
 // adjusted for the k (k - 1) / 2 pairs.
 //   i, j     groups compared, counted from 1, 1 <= i < j <= k. That j is at most k is not checked: an index
 //            that no group has sets no coefficient.
-//   method   adjustment of the level. 0: Bonferroni, 2 alpha / (k (k - 1)); 1: Sidak,
-//            1 - (1 - alpha)^(2 / (k (k - 1))); 2: none. Any other code gives the missing value.
+//   method   a StatpowerAdjustment of the level
 //   sd       common standard deviation within the groups, greater than 0
 
 /// Standardised difference of the means of group i and group j, over sd.
 /// @param unused  not read; may be null
-/// @return the effect; the missing value unless i < j, k >= 2, sd > 0 and i > 0
+/// @return the effect; the missing value unless k >= 2, 1 <= i < j and sd > 0
 STATPOWER_API double EffectSizePairwiseDiff(int k, const double* means, const double* unused, int i, int j,
                                             double sd);
 
-/// Power of the comparison at the adjusted level, as PowerSC.
-/// @return the power; the missing value unless k >= 2, sd > 0, i > 0, alpha > 0, i < j and alpha < 1, or for
-///         an unknown method
+/// Power of the comparison at the adjusted level, that of PowerSC.
+/// @return the power; the missing value unless k >= 2, 1 <= i < j, sd > 0, 0 < alpha < 1, the method is known
+///         and the sum of the sizes is at least k
 STATPOWER_API double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                        int method, double sd, double alpha);
 
+#ifdef __cplusplus
 /// Allocation whose power for the comparison reaches a target, as PowerReverseSC.
 /// @param groupSizes  left as it is when an argument is refused, but resized to k elements before the method
 ///                    is looked at: those that it already had keep their values, new ones are missing
-/// @return the sum of the group sizes; the missing value unless k > 1, sd > 0, i > 0, alpha > 0, i < j and
-///         alpha < 1, or for an unknown method
+/// @return the sum of the group sizes; the missing value unless k >= 2, 1 <= i < j, sd > 0, 0 < alpha < 1 and
+///         the method is known. A failed search: 2k.
 STATPOWER_API double PowerReversePairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                               std::vector<double>& groupSizes, int method, double sd,
                                               double power, double alpha);
+#endif
 
 /// Half-width of the confidence interval of the difference at total sample size N and the adjusted level, as
-/// HalfCISCTest. Only the method is checked.
+/// HalfCISCTest.
+/// @return the half-width; the missing value for an unknown method. No other argument is checked.
 STATPOWER_API double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, double N,
                                         double sd, double alpha);
 
+#ifdef __cplusplus
 /// Allocation whose half-width for the difference does not exceed a target, as
 /// PowerReversebyHalfCISCTest. The indices are not checked.
 /// @param groupSizes  as in PowerReversePairwiseDiff
-/// @return the sum of the group sizes; the missing value unless alpha > 0, k > 1, sd > 0 and alpha < 1, or
-///         for an unknown method
+/// @return the sum of the group sizes; the missing value unless k >= 2, sd > 0, 0 < alpha < 1 and the method
+///         is known
 STATPOWER_API double PowerReversebyHalfCIPairwiseDiff(int k, const double* sizes, int i, int j,
                                                       std::vector<double>& groupSizes, int method,
                                                       double halfWidth, double sd, double alpha);
 }
+#endif

@@ -4,9 +4,9 @@
 // z.
 //
 // Arguments that recur
-//   sided    not 0: one-sided test at level alpha; 0: two-sided, alpha / 2 in each tail
+//   sided    a StatpowerSides: one-sided at level alpha, or two-sided with alpha / 2 in each tail
 //   bias     Pearson: true corrects the mean and variance of z for small samples, false does not
-//   method   Spearman: the variance of z, see PowerbyOneSampSpearman
+//   method   Spearman: the variance of z, a StatpowerSpearmanVariance
 //   N        sample size, finite; may be fractional
 //   k        partial correlation: number of variables partialled out, at least 0
 //   r, r0    the alternative and the null correlation, from -1 to 1
@@ -26,7 +26,20 @@
 
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
+
+/// Variance of z for Spearman's rank correlation. At r = 1 and -1 the largest finite double stands for |z|.
+enum StatpowerSpearmanVariance {
+    /// (1 + r^2 / 2) / (N - 3): D. G. Bonett and T. A. Wright, Psychometrika 65 (2000), 23-28.
+    STATPOWER_BONETT_WRIGHT = 0,
+    /// 1.06 / (N - 3): E. C. Fieller, H. O. Hartley and E. S. Pearson, Biometrika 44 (1957), 470-481.
+    STATPOWER_FIELLER_HARTLEY_PEARSON = 1,
+    /// 1 / (N - 2) + |z| / (6 N + 4 sqrt(N)): J. C. Caruso and N. Cliff, Educ. Psychol. Meas. 57 (1997),
+    /// 637-654.
+    STATPOWER_CARUSO_CLIFF = 2
+};
 
 // ---- What power has a sample size? -----------------------------------------------------------------------
 
@@ -44,14 +57,9 @@ extern "C" {
 STATPOWER_API double PowerbyOneSampPearson(int sided, bool bias, double N, double r, double r0, double alpha);
 
 /// Power for Spearman's rank correlation, as for Pearson's without `bias`, but with a variance of z that the
-/// alternative decides and that serves the null too:
-///   method 0: (1 + r^2 / 2) / (N - 3)
-///   method 1: 1.06 / (N - 3)
-///   method 2: 1 / (N - 2) + |z| / (6 N + 4 sqrt(N))
-/// Sources, in this order: D. G. Bonett and T. A. Wright, Psychometrika 65 (2000), 23-28; E. C. Fieller, H.
-/// O. Hartley and E. S. Pearson, Biometrika 44 (1957), 470-481; J. C. Caruso and N. Cliff, Educ. Psychol.
-/// Meas. 57 (1997), 637-654. In method 2 the largest finite double stands for |z| at r = 1 and -1.
-/// @return the power; -1 unless N >= 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and the method is one of these.
+/// alternative decides and that serves the null too.
+/// @param method  a StatpowerSpearmanVariance
+/// @return the power; -1 unless N >= 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and the method is one of those.
 ///         At N = 3, where only method 2 has a variance, every other method (an unknown one too) gives 1.
 STATPOWER_API double PowerbyOneSampSpearman(int method, int sided, double N, double r, double r0,
                                             double alpha);
@@ -65,173 +73,215 @@ STATPOWER_API double PowerbyOneSampPartial(int sided, double N, double k, double
 /// Sample size for Pearson's correlation, searched from 4 upwards.
 /// @return N to within 1e-9, fractional and at or just below the target: round it up. 4 where that is enough.
 ///         A failed search: the missing value.
-STATPOWER_API double PowerReversebyOneSampPearson(int sided, bool bias, OrvCommon_940::OrvQueryCancel* cancel,
-                                                  double power, double r, double r0, double alpha);
+STATPOWER_API double PowerReversebyOneSampPearson(int sided, bool bias, StatpowerCancel* cancel, double power,
+                                                  double r, double r0, double alpha);
 
 /// Sample size for Spearman's rank correlation, searched from 4 (method 2: from 3) upwards; cannot be
-/// cancelled. Result as in PowerReversebyOneSampPearson.
+/// cancelled.
+/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
+///         missing value.
 STATPOWER_API double PowerReversebyOneSampSpearman(int method, int sided, double power, double r, double r0,
                                                    double alpha);
 
-/// Sample size for a partial correlation, searched from k + 3 upwards; cannot be cancelled. Result as in
-/// PowerReversebyOneSampPearson.
+/// Sample size for a partial correlation, searched from k + 3 upwards; cannot be cancelled.
+/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
+///         missing value.
 STATPOWER_API double PowerReversebyOneSampPartial(int sided, double power, double k, double r, double r0,
                                                   double alpha);
 
 // ---- How precise is a correlation? -----------------------------------------------------------------------
 
-// Half the length of the two-sided 100 (1 - alpha) % confidence interval, tanh(z -/+ q sd), of a correlation
-// r. No argument is checked: outside its range the result is undefined, at r = 1 and -1 it is 0.
-
-/// Pearson: variance 1 / (N - 3); with `bias`, z is reduced by r / (2 (N - 1)).
+/// Half-width of the interval of Pearson's correlation r: half the length of the two-sided 100 (1 - alpha) %
+/// confidence interval tanh(z -/+ q sd), q the normal quantile of 1 - alpha / 2, of variance 1 / (N - 3);
+/// with `bias`, z is reduced by r / (2 (N - 1)).
+/// @return the half-width, 0 at r = 1 and -1. No argument is checked: outside its range the result is
+///         undefined.
 STATPOWER_API double HalfCIOneSampPearson(bool bias, double N, double r, double alpha);
 
-/// Spearman: variance by the method (see PowerbyOneSampSpearman); for an unknown one the half-width is 0.
+/// Half-width of the interval of Spearman's rank correlation, with the variance that the method names.
+/// @return the half-width, 0 at r = 1 and -1 and for an unknown method. No other argument is checked.
 STATPOWER_API double HalfCIOneSampSpearman(int method, double N, double r, double alpha);
 
-/// Partial correlation: variance 1 / (N - 3 - k), z as it is.
+/// Half-width of the interval of a partial correlation: variance 1 / (N - 3 - k), z as it is.
+/// @return the half-width, 0 at r = 1 and -1. No argument is checked.
 STATPOWER_API double HalfCIOneSampPartial(double N, double k, double r, double alpha);
 
-/// Smallest whole N whose half-width for Pearson's correlation does not exceed `halfWidth` (not checked),
-/// searched from 4 upwards to within 1e-9 and rounded up. Half-widths below about 1e-9 are not resolved: the
-/// difference of two nearly equal correlations rounds off. A failed search: the missing value.
-STATPOWER_API double PowerReversebyHalfCIOneSampPearson(bool bias, OrvCommon_940::OrvQueryCancel* cancel,
-                                                        double halfWidth, double r, double alpha);
+/// Smallest whole N whose half-width for Pearson's correlation does not exceed `halfWidth`, searched from 4
+/// upwards to within 1e-9 and rounded up. Half-widths below about 1e-9 are not resolved: the difference of
+/// two nearly equal correlations rounds off.
+/// @return the size; the missing value when the search fails. No argument is checked.
+STATPOWER_API double PowerReversebyHalfCIOneSampPearson(bool bias, StatpowerCancel* cancel, double halfWidth,
+                                                        double r, double alpha);
 
-/// The same for Spearman's rank correlation, from 4 upwards for every method.
-STATPOWER_API double PowerReversebyHalfCIOneSampSpearman(int method, OrvCommon_940::OrvQueryCancel* cancel,
+/// Smallest whole N for Spearman's rank correlation, searched from 4 upwards for every method.
+/// @return the size; the missing value when the search fails. No argument is checked.
+STATPOWER_API double PowerReversebyHalfCIOneSampSpearman(int method, StatpowerCancel* cancel,
                                                          double halfWidth, double r, double alpha);
 
-/// The same for a partial correlation, from k + 4 upwards.
-STATPOWER_API double PowerReversebyHalfCIOneSampPartial(OrvCommon_940::OrvQueryCancel* cancel,
-                                                        double halfWidth, double k, double r, double alpha);
+/// Smallest whole N for a partial correlation, searched from k + 4 upwards.
+/// @return the size; the missing value when the search fails. No argument is checked.
+STATPOWER_API double PowerReversebyHalfCIOneSampPartial(StatpowerCancel* cancel, double halfWidth, double k,
+                                                        double r, double alpha);
 
 // ---- Curves and surfaces of the power --------------------------------------------------------------------
 
-// Every curve returns the empty result unless N > 3 (partial: k >= 0 and N > k + 3), the correlations that it
-// takes lie within [-1, 1], 0 < alpha < 1 and, where it takes a step, 0 < step <= 0.5; a surface checks N, r
-// and r0 although it varies one of them. Powers are stored in single precision; a point that the power
-// function refuses holds -1, so an unknown Spearman method is a curve of -1. The flags go to the power
-// function as they are.
+// Powers are stored in single precision; a point that the power function refuses holds -1, so an unknown
+// Spearman method is a curve of -1. Where a curve varies N, r or r0, the argument of that name is the
+// design's own: it is checked, and serves a default range.
 //
-// Axes
-//   N         nMin, nMin + 1, ..., nMax. In PlotNRiskDiff every second one when nMax - nMin > 999, and the
-//             last one then reaches or passes nMax.
-//   r, r0     -1, -1 + step, ...: 2 / step truncated, plus 1 points
-//   r - r0    -1 - r0, -1 - r0 + step, ...: width / step truncated, plus 1 points, with the width of the
-//             range computed as (1 - r0) - (-1 - r0). In PlotNRiskDiff the ceiling of width / (width step),
-//             plus 1 points with that step, so that r covers only -1 to about 0.
-//
-// Ranges nMin, nMax that are refused, and defaults
-//   Pearson   PlotN: nMin of 1, 2 or 3, nMax <= nMin, nMax > 5000. PlotNNull, PlotNAlter: the same, but both
-//             may be 0. No default: nMin = 0 is taken literally, and points with N <= 3 hold -1.
-//             PlotNRiskDiff: all but 4 <= nMin < nMax <= 5000.
-//   Spearman  PlotN, PlotNRiskDiff: all but 4 <= nMin < nMax <= 5000. PlotNNull, PlotNAlter: nMin of 1, 2 or
-//             3, nMax > 5000, and nMax < nMin unless one is 0; there 0 for nMin or nMax stands for the
-//             default, with P the power at N, from (1 - P) N, but at least 4, to (2 - P) N.
-//   partial   nMax < nMin; nMin, unless it is 0, equal to nMax or below k + 4; nMax > k + 5000. 0 for nMin or
-//             nMax stands for the default, from k + 4 to k + 5000 (k truncated).
+// An axis of r or r0 is -1, -1 + step, ...: 2 / step truncated, plus 1 points. One of r - r0 at a fixed r0 is
+// -1 - r0, -1 - r0 + step, ...: width / step truncated, plus 1 points, with the width computed as
+// (1 - r0) - (-1 - r0); in the surfaces over N and r - r0, the ceiling of width / (width step), plus 1 points
+// with that step, so that r covers only -1 to about 0.
 
 // Pearson's correlation
 
-/// Power against N.
+/// Power against N = nMin, nMin + 1, ..., nMax. A size of 3 or less holds -1.
+/// @return the curve; empty unless nMin < nMax <= 5000, nMin is not 1, 2 or 3, N > 3, |r| <= 1, |r0| <= 1 and
+///         0 < alpha < 1
 STATPOWER_API XYPlot PlotNOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                          double r0, double alpha);
 
 /// Power against the null correlation r0.
+/// @return the curve; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampPearson(int sided, bool bias, double N, double r, double alpha,
                                             double step);
 
 /// Power against the alternative correlation r.
+/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampPearson(int sided, bool bias, double N, double r0, double alpha,
                                              double step);
 
 /// Power against the difference r - r0, r0 held.
+/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampPearson(int sided, bool bias, double N, double r0, double alpha,
                                                 double step);
 
-/// Power against N and the difference r - r0, r0 held.
+/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
+/// second N, the last of which reaches or passes nMax.
+/// @return the surface; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and
+///         0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampPearson(int sided, bool bias, int nMin, int nMax, double N,
                                                   double r, double r0, double alpha, double step);
 
-/// Power against N and r0.
+/// Power against N = nMin, ..., nMax and r0. There is no default range: sizes of 3 and less hold -1.
+/// @return the surface; empty unless nMin < nMax <= 5000 or both are 0, nMin is not 1, 2 or 3, N > 3, |r| <=
+///         1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNNullOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                               double r0, double alpha, double step);
 
-/// Power against N and r.
+/// Power against N = nMin, ..., nMax and r. There is no default range: sizes of 3 and less hold -1.
+/// @return the surface; empty unless nMin < nMax <= 5000 or both are 0, nMin is not 1, 2 or 3, N > 3, |r| <=
+///         1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNAlterOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                                double r0, double alpha, double step);
 
 /// Power against r0 (first axis) and r (second axis).
+/// @return the surface; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampPearson(int sided, bool bias, double N, double alpha, double step);
 
 // Spearman's rank correlation
 
-/// Power against N.
+/// Power against N = nMin, nMin + 1, ..., nMax.
+/// @return the curve; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                           double r0, double alpha);
 
 /// Power against the null correlation r0.
+/// @return the curve; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampSpearman(int method, int sided, double N, double r, double alpha,
                                              double step);
 
 /// Power against the alternative correlation r.
+/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampSpearman(int method, int sided, double N, double r0, double alpha,
                                               double step);
 
 /// Power against the difference r - r0, r0 held.
+/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampSpearman(int method, int sided, double N, double r0, double alpha,
                                                  double step);
 
-/// Power against N and the difference r - r0, r0 held.
+/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
+/// second N, the last of which reaches or passes nMax.
+/// @return the surface; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and
+///         0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampSpearman(int method, int sided, int nMin, int nMax, double N,
                                                    double r, double r0, double alpha, double step);
 
-/// Power against N and r0.
+/// Power against N = nMin, ..., nMax and r0. A 0 for nMin or nMax stands for the default range: with P the
+/// power at N, from (1 - P) N, but at least 4, to (2 - P) N.
+/// @return the surface; empty unless nMax <= 5000, nMin <= nMax or one of them is 0, nMin is not 1, 2 or 3,
+///         N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNNullOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                                double r0, double alpha, double step);
 
-/// Power against N and r.
+/// Power against N = nMin, ..., nMax and r. A 0 for nMin or nMax stands for the default range: with P the
+/// power at N, from (1 - P) N, but at least 4, to (2 - P) N.
+/// @return the surface; empty unless nMax <= 5000, nMin <= nMax or one of them is 0, nMin is not 1, 2 or 3,
+///         N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNAlterOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                                 double r0, double alpha, double step);
 
 /// Power against r0 (first axis) and r (second axis).
+/// @return the surface; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampSpearman(int method, int sided, double N, double alpha,
                                                    double step);
 
 // Partial correlation
 
-/// Power against N.
+/// Power against N = nMin, nMin + 1, ..., nMax. A 0 for nMin or nMax stands for the range from k + 4 to
+/// k + 5000, k truncated.
+/// @return the curve; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
+///         0, N > k + 3, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                          double r0, double alpha);
 
-/// Power against k = 0, 1, ...: N truncated, minus 4 points; needs N > 3, and N >= 5 for a first point.
+/// Power against k = 0, 1, ...: N truncated, minus 4 points.
+/// @return the curve; empty unless N >= 5, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNPartialoutOneSampPartial(int sided, double N, double r, double r0, double alpha);
 
 /// Power against the null correlation r0.
+/// @return the curve; empty unless k >= 0, N > k + 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampPartial(int sided, double N, double k, double r, double alpha,
                                             double step);
 
 /// Power against the alternative correlation r.
+/// @return the curve; empty unless k >= 0, N > k + 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampPartial(int sided, double N, double k, double r0, double alpha,
                                              double step);
 
 /// Power against the difference r - r0, r0 held.
+/// @return the curve; empty unless k >= 0, N > k + 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampPartial(int sided, double N, double k, double r0, double alpha,
                                                 double step);
 
-/// Power against N and the difference r - r0, r0 held.
+/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
+/// second N, the last of which reaches or passes nMax. A 0 for nMin or nMax stands for the range from k + 4
+/// to k + 5000, k truncated.
+/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
+///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                                   double r0, double alpha, double step);
 
-/// Power against N and r0.
+/// Power against N = nMin, ..., nMax and r0. A 0 for nMin or nMax stands for the range from k + 4 to
+/// k + 5000, k truncated.
+/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
+///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNNullOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                               double r0, double alpha, double step);
 
-/// Power against N and r.
+/// Power against N = nMin, ..., nMax and r. A 0 for nMin or nMax stands for the range from k + 4 to k + 5000,
+/// k truncated.
+/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
+///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNAlterOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                                double r0, double alpha, double step);
 
 /// Power against r0 (first axis) and r (second axis).
+/// @return the surface; empty unless k >= 0, N > k + 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampPartial(int sided, double N, double k, double alpha, double step);
+
+#ifdef __cplusplus
 }
+#endif

@@ -4,12 +4,10 @@
 //   n1, n2     group sizes, at least 1 - tol1; fractional sizes are accepted (see below)
 //   p1, p2     success probabilities of the groups, between 0 and 1, both excluded
 //   alpha      significance level, between 0 and 1, both excluded
-//   method     0: normal approximation; any other value: exact, the probability of all outcomes that reject.
-//              Sample-size searches refine their answer for method 1 only
-//   test       0: chi-square (z) test; 1: t test of the 0/1 outcomes; 2: likelihood-ratio test; any other
-//              value (3 is the usual one): Fisher's test, by normal approximation in the form of the arcsine
-//              transformation with continuity correction
-//   sides      0: two-sided; any other value: one-sided in the direction of the true difference
+//   method     a StatpowerMethod; exact is the probability of all outcomes that reject. Sample-size searches
+//              refine their answer for exactly STATPOWER_EXACT only
+//   test       a StatpowerTwoProportionsTest
+//   sides      a StatpowerSides; one-sided is in the direction of the true difference
 //   continuityCorrection  of the chi-square test; the other tests do not use it
 //   pooled     the null variance of the chi-square test (normal approximation) and the variance of the t test
 //              from both groups together; the other tests do not use it
@@ -36,26 +34,48 @@
 // A. Belanger, The American Statistician 42 (1988) 198-202 (t test of binary outcomes).
 #pragma once
 
-#include <vector>
-
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
+
+/// Test of two proportions. Any other value is Fisher's test.
+enum StatpowerTwoProportionsTest {
+    STATPOWER_CHI_SQUARE = 0,        ///< chi-square (z) test
+    STATPOWER_T_OF_PROPORTIONS = 1,  ///< t test of the 0/1 outcomes
+    STATPOWER_LIKELIHOOD_RATIO = 2,  ///< likelihood-ratio test
+    /// Fisher's test, by normal approximation in the form of the arcsine transformation with continuity
+    /// correction.
+    STATPOWER_FISHER = 3
+};
+
+/// Confidence interval of the difference of two proportions.
+enum StatpowerTwoProportionsInterval {
+    STATPOWER_TWO_PROPORTIONS_WALD = 0,            ///< without or with continuity correction
+    STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO = 1,   ///< one success and one failure added to each group
+    STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO3 = 2,  ///< the same with n + 3 under the variances
+    STATPOWER_TWO_PROPORTIONS_HALF_ADDED = 3,      ///< half a success and half a failure added
+    /// Unbiased variances, n - 1, plus half an observation of the smaller group.
+    STATPOWER_TWO_PROPORTIONS_UNBIASED = 4,
+    STATPOWER_TWO_PROPORTIONS_HYBRID_SCORE = 5  ///< Newcombe's, without or with continuity correction
+};
 
 // ---- What power has a design? ----------------------------------------------------------------------------
 
 /// Power of the test of p1 = p2 that `method` and `test` name.
-/// @return the power. -1 unless all arguments are in their ranges, for the t test unless n1 + n2 > 2, for the
-///         normal approximation of Fisher's test where the correction by half an observation would move a
-///         proportion out of [0, 1] (n p of the larger or n (1 - p) of the smaller one below 1/2), and for
-///         exact tests where n1 + n2 is not below the largest int. -2 when a binomial probability of a
-///         rejecting outcome cannot be computed. The missing value when cancelled.
+/// @return the power. -1 unless n1 and n2 are at least 1 - tol1 and p1, p2 and alpha between 0 and 1, for the
+///         t test unless n1 + n2 > 2, for the normal approximation of Fisher's test where the correction by
+///         half an observation would move a proportion out of [0, 1] (n p of the larger or n (1 - p) of the
+///         smaller one below 1/2), and for exact tests where n1 + n2 is not below the largest int. -2 when a
+///         binomial probability of a rejecting outcome cannot be computed. The missing value when cancelled.
 STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method,
                                        int test, int sides, bool continuityCorrection, bool pooled,
-                                       OrvCommon_940::OrvQueryCancel* cancel);
+                                       StatpowerCancel* cancel);
 
 // ---- Which sample size reaches a power? ------------------------------------------------------------------
 
+#ifdef __cplusplus
 /// Group sizes whose power reaches `power` at the allocation ratio r.
 ///
 /// n1 is searched by PowerReverse to within 1e-9, from 2 upwards, for test 3 from where its normal
@@ -71,46 +91,47 @@ STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p
 ///                     the refinement of method 1, the sizes found before it remain.
 STATPOWER_API void PowerReverseIndSampBinom(double power, double p1, double p2, double r, double alpha,
                                             std::vector<double>& result, int method, int test, int sides,
-                                            bool continuityCorrection, bool pooled,
-                                            OrvCommon_940::OrvQueryCancel* cancel);
+                                            bool continuityCorrection, bool pooled, StatpowerCancel* cancel);
+#endif
 
 // ---- How precise is the difference of the proportions? ---------------------------------------------------
 
 /// Half-width of the 100 (1 - alpha) % confidence interval of p1 - p2. No argument is checked.
-/// @param method  0: Wald; 1: Agresti and Caffo, one success and one failure added to each group; 2: the same
-///                with n + 3 in the denominators of the variances; 3: half a success and half a failure
-///                added; 4: unbiased variances, n - 1, plus half an observation of the smaller group; 5:
-///                Newcombe's hybrid score interval
-/// @param continuityCorrection  of methods 0 and 5
+/// @param method  a StatpowerTwoProportionsInterval
+/// @param continuityCorrection  of the Wald and the hybrid score interval
 /// @return the half-width; 0 for any other method
 STATPOWER_API double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method,
                                         bool continuityCorrection);
 
+#ifdef __cplusplus
 /// Group sizes whose confidence interval has the half-width `halfWidth`, at the allocation ratio r: in closed
 /// form for method 0, by PowerReverse from 2 upwards to within 1e-9 for the others. No argument is checked.
 /// @param[out] result  emptied, then the ceiling of n1 and the ceiling of r times the unrounded n1, but at
 ///                     least 2; the missing value twice when the search fails or is cancelled
-/// @param method  as in HalfCIIndSampBinom; any other method gives the upper end of the first interval, 400
+/// @param method  a StatpowerTwoProportionsInterval; any other value gives 400, the upper end of the first
+///                interval
+/// @param continuityCorrection  of the Wald and the hybrid score interval
 STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, double r,
                                                     double alpha, std::vector<double>& result, int method,
-                                                    bool continuityCorrection,
-                                                    OrvCommon_940::OrvQueryCancel* cancel);
+                                                    bool continuityCorrection, StatpowerCancel* cancel);
+#endif
 
 // ---- How does the power vary? ----------------------------------------------------------------------------
 //
-// Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point. `step` is at most
-// 0.5.
+// Powers of PowerIndSampBinom, stored in single precision; -1 where it refuses a point.
 
 /// Power over both proportions: x = p1 and y = p2 run over step, 2 step, ..., the whole part of 1 / step,
 /// minus 1, points each. p1 and p2 are checked though the grid replaces them.
-/// @return the empty result unless all arguments are in their ranges
+/// @return the surface; empty unless n1 and n2 are at least 1 - tol1, p1, p2 and alpha between 0 and 1 and
+///         0 < step <= 0.5
 STATPOWER_API XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                            bool pooled, double n1, double n2, double p1, double p2,
                                            double alpha, double step);
 
 /// Power over the risk difference x = p1 - p2 at fixed p1: x = p1 - 1 + step, p1 - 1 + 2 step, ...; the whole
 /// part of 1 / step + 1/2, minus 1, points.
-/// @return the empty result unless all arguments are in their ranges
+/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1 and
+///         0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                               bool pooled, double n1, double n2, double p1, double alpha,
                                               double step);
@@ -118,7 +139,8 @@ STATPOWER_API XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, b
 /// Power over the risk ratio x = p1 / p2 at fixed p1, from rMin to rMax by `step` times (rMax - rMin).
 /// @param rMin  greater than p1, or 0: the axis starts one increment above p1
 /// @param rMax  at least rMin, at most 10
-/// @return the empty result unless all arguments are in their ranges
+/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1,
+///         0 < step <= 0.5, and rMin and rMax as said
 STATPOWER_API XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                                bool pooled, double n1, double n2, double p1, double alpha,
                                                double rMin, double rMax, double step);
@@ -127,7 +149,8 @@ STATPOWER_API XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, 
 /// the range.
 /// @param rMin  at least 0.1, or 0: the axis starts at 1/3
 /// @param rMax  at least rMin, at most 10
-/// @return the empty result unless all arguments are in their ranges
+/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1,
+///         0 < step <= 0.5, and rMin and rMax as said
 STATPOWER_API XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                                bool pooled, double n1, double n2, double p1, double alpha,
                                                double rMin, double rMax, double step);
@@ -139,7 +162,8 @@ STATPOWER_API XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, 
 ///              automatic, from 1 / (N - 1) to N - 1 (method 0 with test 3: narrowed to where the
 ///              approximation is usable), and its ends are not plotted
 /// @param step  fraction of the range
-/// @return the empty result unless all arguments are in their ranges
+/// @return the curve; empty unless p1, p2 and alpha lie between 0 and 1, 0 < step <= 0.5, and N, rMin and
+///         rMax as said
 STATPOWER_API XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                             bool pooled, double N, double p1, double p2, double alpha,
                                             double rMin, double rMax, double step);
@@ -150,8 +174,12 @@ STATPOWER_API XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, boo
 ///                     chooses them itself: a minimum of 0 or 2 becomes the smallest usable size, a maximum
 ///                     of 0 or 2500 becomes the design's size above that; there any minimum is accepted
 /// @param n1,n2        sizes of the design, for that choice only
-/// @return the empty result unless all arguments are in their ranges
+/// @return the surface; empty unless n1 and n2 are at least 1 - tol1, p1, p2 and alpha between 0 and 1, each
+///         minimum at most its maximum, and the bounds as said
 STATPOWER_API XYZPlot PlotNIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                         bool pooled, int nMin1, int nMax1, int nMin2, int nMax2, double n1,
                                         double n2, double p1, double p2, double alpha);
+
+#ifdef __cplusplus
 }
+#endif

@@ -1,4 +1,4 @@
-// Tests of means: one-sample, related-samples (paired) and independent-samples t tests.
+// Tests of one mean, of paired means and of two independent means: t tests.
 //
 // Arguments that recur
 //   N         sample size, or number of pairs; N1 and N2 the sizes of two groups, Ntotal their sum. Real
@@ -33,13 +33,13 @@
 // Satterthwaite, Biometrics Bulletin 2 (1946) 110-114, for unequal variances.
 #pragma once
 
-#include <vector>
-
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
 
-// ---- One-sample t test -----------------------------------------------------------------------------------
+// ---- One mean --------------------------------------------------------------------------------------------
 
 /// Effect size (mean - mean0) / sd.
 /// @return the missing value when sd is exactly 0; a negative sd is accepted
@@ -51,16 +51,16 @@ STATPOWER_API double EffectSizeOneSample(double mean, double sd, double mean0);
 STATPOWER_API double PowerOneSampleNondirectionalES(double N, double es, double alpha);
 
 /// One-sided power for an effect size.
-/// @return the missing value unless alpha > 0, N > 1 and alpha < 1
+/// @return the missing value unless N > 1 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleDirectionalES(double N, double es, double alpha);
 
 /// Two-sided power for means and a standard deviation.
-/// @return the missing value unless alpha > 0, N > 1, sd > 0 and alpha < 1
+/// @return the missing value unless N > 1, sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleNondirectional(double N, double mean, double sd, double mean0,
                                                   double alpha);
 
 /// One-sided power for means and a standard deviation.
-/// @return as PowerOneSampleNondirectional
+/// @return the missing value unless N > 1, sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleDirectional(double N, double mean, double sd, double mean0, double alpha);
 
 /// Sample size that reaches a two-sided power, not rounded.
@@ -68,16 +68,16 @@ STATPOWER_API double PowerOneSampleDirectional(double N, double mean, double sd,
 STATPOWER_API double PowerReverseOneSampleNondirectionalES(double power, double es, double alpha);
 
 /// Sample size that reaches a one-sided power, not rounded.
-/// @return as PowerReverseOneSampleNondirectionalES
+/// @return the size; the missing value when the search fails. No argument is checked.
 STATPOWER_API double PowerReverseOneSampleDirectionalES(double power, double es, double alpha);
 
 /// Sample size that reaches a two-sided power for means and a standard deviation, not rounded.
-/// @return the size; the missing value when the search fails and unless alpha > 0, sd > 0 and alpha < 1
+/// @return the size; the missing value when the search fails and unless sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseOneSampleNondirectional(double power, double mean, double sd, double mean0,
                                                          double alpha);
 
 /// Sample size that reaches a one-sided power for means and a standard deviation, not rounded.
-/// @return as PowerReverseOneSampleNondirectional
+/// @return the size; the missing value when the search fails and unless sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseOneSampleDirectional(double power, double mean, double sd, double mean0,
                                                       double alpha);
 
@@ -89,7 +89,7 @@ STATPOWER_API double PowerReversebyHalfCIOneSampleMeans(double halfWidth, double
 /// the quantile is missing the result is computed with the missing value.
 STATPOWER_API double HalfCIOneSampleMeans(double N, double sd, double alpha);
 
-// ---- Related-samples t test ------------------------------------------------------------------------------
+// ---- Paired means ----------------------------------------------------------------------------------------
 //
 // The test of the differences: their standard deviation is sdd = sqrt(sd1^2 + sd2^2 - 2 corr sd1 sd2). An sd2
 // of exactly 0 says that sd1 is itself the standard deviation of the differences, whatever corr is; only the
@@ -100,12 +100,11 @@ STATPOWER_API double EffectSizeRelated(double mean1, double sd1, double mean2, d
 
 /// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality
 /// sqrt(N) es.
-/// @return the missing value unless alpha > 0 (checked here, unlike in the one-sample test), N > 1 and
-///         alpha < 1
+/// @return the missing value unless N > 1 and 0 < alpha < 1 (checked here, unlike for one mean)
 STATPOWER_API double PowerRelatedNondirectionalES(double N, double es, double alpha);
 
 /// One-sided power for an effect size.
-/// @return as PowerRelatedNondirectionalES
+/// @return the missing value unless N > 1 and 0 < alpha < 1
 STATPOWER_API double PowerRelatedDirectionalES(double N, double es, double alpha);
 
 /// Two-sided power for means, standard deviations and a correlation.
@@ -116,7 +115,8 @@ STATPOWER_API double PowerRelatedNondirectional(double N, double mean1, double s
                                                 double corr, double alpha);
 
 /// One-sided power for means, standard deviations and a correlation.
-/// @return as PowerRelatedNondirectional, but a correlation of 1 is refused for any standard deviations
+/// @return the missing value when sd2 < 0, sd1 <= 0, corr is exactly 0, corr < -1, corr >= 1, N <= 1,
+///         alpha <= 0 or alpha >= 1, and when corr = -1 with sd1 = sd2
 STATPOWER_API double PowerRelatedDirectional(double N, double mean1, double sd1, double mean2, double sd2,
                                              double corr, double alpha);
 
@@ -125,7 +125,7 @@ STATPOWER_API double PowerRelatedDirectional(double N, double mean1, double sd1,
 STATPOWER_API double PowerReverseRelatedNondirectionalES(double power, double es, double alpha);
 
 /// Number of pairs that reaches a one-sided power, not rounded.
-/// @return as PowerReverseRelatedNondirectionalES
+/// @return the number; the missing value when the search fails. No argument is checked.
 STATPOWER_API double PowerReverseRelatedDirectionalES(double power, double es, double alpha);
 
 /// Number of pairs that reaches a two-sided power for means, standard deviations and a correlation, not
@@ -151,7 +151,7 @@ STATPOWER_API double PowerReversebyHalfCIRelatedMeans(double halfWidth, double s
 /// checked.
 STATPOWER_API double HalfCIRelatedMeans(double N, double sd1, double sd2, double corr, double alpha);
 
-// ---- Independent-samples t test --------------------------------------------------------------------------
+// ---- Two means -------------------------------------------------------------------------------------------
 //
 // Equal standard deviations: the pooled test, with N1 + N2 - 2 degrees of freedom and noncentrality
 // es sqrt(N1 N2 / (N1 + N2)). Different ones: Welch's test, with noncentrality
@@ -163,24 +163,25 @@ STATPOWER_API double HalfCIRelatedMeans(double N, double sd1, double sd2, double
 STATPOWER_API double EffectSizeIndependent(double mean1, double mean2, double sd);
 
 /// Two-sided power for means and standard deviations.
-/// @return the missing value unless alpha > 0, sd1 > 0, N1 > 1, N2 > 1, sd2 > 0 and alpha < 1
+/// @return the missing value unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentNondirectional(double N1, double mean1, double sd1, double N2,
                                                     double mean2, double sd2, double alpha);
 
 /// One-sided power for means and standard deviations.
-/// @return as PowerIndependentNondirectional
+/// @return the missing value unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentDirectional(double N1, double mean1, double sd1, double N2, double mean2,
                                                  double sd2, double alpha);
 
 /// Two-sided power of the pooled test for an effect size.
-/// @return the missing value when N1 <= 1, and then, for the ratio N2 / N1, when ratio <= 0, alpha <= 0,
-///         ratio N1 <= 1 or alpha >= 1
+/// @return the missing value when N1 <= 1, and then, for the ratio N2 / N1, when ratio <= 0, ratio N1 <= 1,
+///         alpha <= 0 or alpha >= 1
 STATPOWER_API double PowerIndependentNondirectionalES(double N1, double N2, double es, double alpha);
 
 /// One-sided power of the pooled test for an effect size.
-/// @return the missing value unless alpha > 0, N1 > 1, N2 > 1 and alpha < 1
+/// @return the missing value unless N1 > 1, N2 > 1 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentDirectionalES(double N1, double N2, double es, double alpha);
 
+#ifdef __cplusplus
 // The searches write [size of group 1, size of group 2] behind what the vector `sizes` holds: with R the size
 // of group 1 that is found, the ceiling of R and the ceiling of ratio R, but at least 2; the missing value
 // twice when the search fails. Arguments are not checked: where a power is missing, as with one observation
@@ -215,6 +216,7 @@ STATPOWER_API void PowerReverseIndependentDirectionalES(double power, double rat
 /// @param[in,out] sizes  need not be empty
 STATPOWER_API void PowerReversebyHalfCIIndependentMeans(double halfWidth, double ratio, double sd1,
                                                         double sd2, double alpha, std::vector<double>& sizes);
+#endif
 
 /// Half-width of the interval of the mean difference: t(1 - alpha / 2; df) sqrt(q1 + q2), with the pooled or
 /// Welch's degrees of freedom as above. No argument is checked.
@@ -226,50 +228,62 @@ STATPOWER_API double HalfCIIndependentMeans(double N1, double sd1, double N2, do
 // the missing value, which survives the narrowing: test y or z with OrvMV::IsMissing. (In the four functions
 // over a ratio a missing point is replaced, see there.)
 //
-// directional   nonzero: one-sided powers, zero: two-sided ones
-// nLow, nHigh   range of the sample size, every whole number of it. There is no default range: nLow < 2 gives
-//               the empty result, and so does nHigh <= nLow.
+// directional   a StatpowerSides
+// nLow, nHigh   range of the sample size, every whole number of it. There is no default range.
 // esLow, esHigh range of the effect size. An esLow of exactly -5 leaves the lower end open: 0 for two-sided
-//               curves, -5 for one-sided ones. After that esLow >= esHigh gives the empty result, as does
-//               esLow < 0 in a two-sided curve.
+//               curves, -5 for one-sided ones.
 // stepFraction  width of a step as a fraction of the range; the last point is exactly the upper end
 // unused        never read
-//
-// alpha <= 0 or alpha >= 1 gives the empty result in all of them.
 
-/// Power over N. Empty also when sd <= 0.
+/// Power over N.
+/// @return the curve; empty when sd <= 0, nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNOneSample(int nLow, int nHigh, int directional, double unused, double mean,
                                     double sd, double mean0, double alpha);
 
 /// Power over N for an effect size.
+/// @return the curve; empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNOneSampleFES(int nLow, int nHigh, int directional, double es, double alpha);
 
-/// Power over the effect size. Empty also when N <= 1.
+/// Power over the effect size.
+/// @return the curve; empty when N <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when esLow < 0 in a
+///         two-sided curve
 STATPOWER_API XYPlot PlotESOneSample(int directional, double N, double esLow, double esHigh, double alpha,
                                      double stepFraction);
 
 /// Power over effect size (x) and N (y). Where nHigh - nLow is above 999, N runs in steps of 2, and the last
 /// one may be nHigh + 1.
+/// @return the surface; empty when nLow < 2, nHigh <= nLow, esLow >= esHigh, alpha <= 0 or alpha >= 1, and
+///         when esLow < 0 in a two-sided one
 STATPOWER_API XYZPlot PlotNaESOneSample(int nLow, int nHigh, int directional, double esLow, double esHigh,
                                         double alpha, double stepFraction);
 
-/// Power over the number of pairs. Empty also when sd2 < 0, sd1 <= 0, corr is exactly 0 or below -1, and when
-/// |corr| = 1 with sd1 = sd2. Other correlations that the power refuses give a curve of missing points.
+/// Power over the number of pairs. Correlations of 1 and more that the power refuses give a curve of missing
+/// points.
+/// @return the curve; empty when sd2 < 0, sd1 <= 0, corr is exactly 0, corr < -1, nLow < 2, nHigh <= nLow,
+///         alpha <= 0 or alpha >= 1, and when |corr| = 1 with sd1 = sd2
 STATPOWER_API XYPlot PlotNRelated(int nLow, int nHigh, int directional, double unused, double mean1,
                                   double sd1, double mean2, double sd2, double corr, double alpha);
 
 /// Power over the number of pairs for an effect size.
+/// @return the curve; empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNRelatedFES(int nLow, int nHigh, int directional, double es, double alpha);
 
-/// Power over the effect size. Empty also when N <= 1.
+/// Power over the effect size.
+/// @return the curve; empty when N <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when esLow < 0 in a
+///         two-sided curve
 STATPOWER_API XYPlot PlotESRelated(int directional, double N, double esLow, double esHigh, double alpha,
                                    double stepFraction);
 
-/// Power over effect size (x) and number of pairs (y), in steps as PlotNaESOneSample.
+/// Power over effect size (x) and number of pairs (y). Where nHigh - nLow is above 999, N runs in steps of 2,
+/// and the last one may be nHigh + 1.
+/// @return the surface; empty when nLow < 2, nHigh <= nLow, esLow >= esHigh, alpha <= 0 or alpha >= 1, and
+///         when esLow < 0 in a two-sided one
 STATPOWER_API XYZPlot PlotNaESRelated(int nLow, int nHigh, int directional, double esLow, double esHigh,
                                       double alpha, double stepFraction);
 
-/// Power of the pooled test over the effect size. Empty also when N1 <= 1 or N2 <= 1.
+/// Power of the pooled test over the effect size.
+/// @return the curve; empty when N1 <= 1, N2 <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when
+///         esLow < 0 in a two-sided curve
 STATPOWER_API XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, double esHigh,
                                       double alpha, double stepFraction);
 
@@ -278,7 +292,8 @@ STATPOWER_API XYPlot PlotESIndepended(int directional, double N1, double N2, dou
 /// @param diffLow,diffHigh  range of the difference; when diffHigh <= diffLow it is five times
 ///                        |mean1 - mean2| to either side of 0, or [-100, 100] for equal means
 /// @param diffStep        width of a step, in the units of the data; the last point is exactly the upper end
-/// @return the curve; empty unless 0 < alpha < 1, sd2 > 0, sd1 > 0, N2 > 1, N1 > 1 and diffLow <= diffHigh
+/// @return the curve; empty unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0, 0 < alpha < 1 and diffStep > 0, and for
+///         a range that is NaN
 STATPOWER_API XYPlot PlotMeanDiffIndepended(int directional, double N1, double mean1, double sd1, double N2,
                                             double mean2, double sd2, double diffLow, double diffHigh,
                                             double alpha, double diffStep);
@@ -293,20 +308,21 @@ STATPOWER_API XYPlot PlotMeanDiffIndepended(int directional, double N1, double m
 // second coordinate of the point before, narrowed like a power.
 
 /// Power over the ratio, of the pooled test for equal standard deviations, else of Welch's test.
-/// @return the curve; empty unless ratioLow <= ratioHigh, 1 / (Ntotal - 1) < ratioLow, 0 < alpha < 1,
-///         sd2 > 0, sd1 > 0, Ntotal > 1 and ratioHigh < Ntotal - 1
+/// @return the curve; empty unless Ntotal > 1, 1 / (Ntotal - 1) < ratioLow <= ratioHigh < Ntotal - 1, sd1 >
+///         0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double sd1,
                                           double mean2, double sd2, double ratioLow, double ratioHigh,
                                           double alpha, double stepFraction);
 
 /// Power of the pooled test over the ratio for an effect size.
-/// @return the curve; empty when ratioLow > ratioHigh, ratioLow <= 1 / (Ntotal - 1), alpha <= 0, alpha >= 1,
-///         Ntotal <= 1 or ratioHigh >= Ntotal - 1
+/// @return the curve; empty when Ntotal <= 1, ratioLow <= 1 / (Ntotal - 1), ratioLow > ratioHigh,
+///         ratioHigh >= Ntotal - 1, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double ratioLow,
                                              double ratioHigh, double alpha, double stepFraction);
 
 /// Power of the pooled test over ratio (x) and effect size (y); both axes have the same number of points.
-/// @return the surface; empty also when ratioLow >= ratioHigh or Ntotal <= 1
+/// @return the surface; empty when Ntotal <= 1, ratioLow >= ratioHigh, esLow >= esHigh, alpha <= 0 or
+///         alpha >= 1, and when esLow < 0 in a two-sided one
 STATPOWER_API XYZPlot PlotRatioaESIndependent(int directional, double Ntotal, double ratioLow,
                                               double ratioHigh, double esLow, double esHigh, double alpha,
                                               double stepFraction);
@@ -314,10 +330,13 @@ STATPOWER_API XYZPlot PlotRatioaESIndependent(int directional, double Ntotal, do
 /// Power of Welch's test, even for equal standard deviations, over ratio (x) and difference of the means (y).
 /// The second axis has steps twice as wide: ceil(0.5 / stepFraction) of them.
 /// @param diffLow,diffHigh  as in PlotMeanDiffIndepended, with its default range
-/// @return the surface; empty unless ratioLow <= ratioHigh, 0 < alpha < 1, sd2 > 0, sd1 > 0, Ntotal > 1 and
-///         diffLow <= diffHigh
+/// @return the surface; empty unless Ntotal > 1, ratioLow <= ratioHigh, sd1 > 0, sd2 > 0 and 0 < alpha < 1,
+///         and for a range of differences that is NaN
 STATPOWER_API XYZPlot PlotRatioaMeanDiffIndependent(int directional, double Ntotal, double mean1, double sd1,
                                                     double mean2, double sd2, double ratioLow,
                                                     double ratioHigh, double diffLow, double diffHigh,
                                                     double alpha, double stepFraction);
+
+#ifdef __cplusplus
 }
+#endif

@@ -7,9 +7,8 @@
 //   p0        the null proportion, in [0, 1]
 //   alpha     significance level, between 0 and 1, both excluded
 //   power     target power; not checked
-//   method    0: normal approximation; any other value: exact binomial test. The interval functions have a
-//             table of their own
-//   sides     0: two-sided; any other value: one-sided, in the lower tail when p1 <= p0, else in the upper
+//   method    a StatpowerMethod; of an interval, a StatpowerOneProportionInterval
+//   sides     a StatpowerSides; one-sided is in the lower tail when p1 <= p0, else in the upper
 //   continuityCorrection  adds 1 / (2 sqrt(N)) to the distance of the normal approximation; the exact test
 //             has no use for it
 //   cancel    asked by the exact test; may be null
@@ -32,7 +31,20 @@
 
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
+
+/// Confidence interval of a proportion, z the normal quantile of 1 - alpha / 2.
+enum StatpowerOneProportionInterval {
+    STATPOWER_ONE_PROPORTION_WALD = 0,  ///< z sqrt(p (1 - p) / N); with continuity correction 0.5 / N more
+    STATPOWER_ONE_PROPORTION_LOGIT_ADDED = 1,   ///< logit of the counts with 0.5 added to each
+    STATPOWER_ONE_PROPORTION_LOGIT = 2,         ///< NaN at p = 0 and 1
+    STATPOWER_ONE_PROPORTION_EXACT = 3,         ///< Clopper-Pearson, from beta quantiles
+    STATPOWER_ONE_PROPORTION_JEFFREYS = 4,      ///< Bayesian: beta quantiles with 0.5 added to each count
+    STATPOWER_ONE_PROPORTION_SCORE = 5,         ///< Wilson, without or with continuity correction
+    STATPOWER_ONE_PROPORTION_ADJUSTED_WALD = 6  ///< Agresti-Coull
+};
 
 // ---- What power has a design? ----------------------------------------------------------------------------
 
@@ -42,38 +54,28 @@ extern "C" {
 ///     lower tail  Phi((d - s0 z - c) / s1)   and   upper tail  1 - Phi((d + s0 z + c) / s1);
 /// a one-sided test has the one tail, a two-sided one always both. The exact test has the probability under
 /// p1 of its rejection region: F1(L) and 1 - F1(U).
-/// @return the power, or a failure value: -1.0 unless alpha > 0, p0 and p1 in [0, 1], N >= 1 and alpha < 1.
+/// @return the power, or a failure value: -1.0 unless N >= 1, p0 and p1 in [0, 1] and 0 < alpha < 1.
 ///         At p1 = 0 and 1 the normal approximation divides by zero and the tails are 0 or 1; 0 / 0 counts as
 ///         a missing probability.
 STATPOWER_API double PowerOneSampBinom(double N, double p1, double p0, double alpha, int method, int sides,
-                                       bool continuityCorrection, OrvCommon_940::OrvQueryCancel* cancel);
+                                       bool continuityCorrection, StatpowerCancel* cancel);
 
 // ---- Which sample size reaches a power? ------------------------------------------------------------------
 
 /// Number of trials whose power reaches a target. By normal approximation it is searched from 1 upwards to
 /// within 1e-9 and not rounded (the power there is just below the target); the exact one is the smallest
 /// whole number that the search for saw-toothed powers finds (OptimizeRtbBionm).
-/// @return the number of trials; -1.0 unless p0 and p1 are in [0, 1], alpha > 0, |p0 - p1| > 1e-14 and
-///         alpha < 1; the missing value when no sample size reaches the target or, in the exact search, when
+/// @return the number of trials; -1.0 unless p0 and p1 are in [0, 1], |p0 - p1| > 1e-14 and 0 < alpha < 1;
+///         the missing value when no sample size reaches the target or, in the exact search, when
 ///         cancelled
 STATPOWER_API double PowerReverseOneSampBinom(double power, double p1, double p0, double alpha, int method,
-                                              int sides, bool continuityCorrection,
-                                              OrvCommon_940::OrvQueryCancel* cancel);
+                                              int sides, bool continuityCorrection, StatpowerCancel* cancel);
 
 // ---- How precise is an estimated proportion? -------------------------------------------------------------
-//
-// Interval methods, z the normal quantile of 1 - alpha / 2:
-//   0  Wald: z sqrt(p (1 - p) / N); with the continuity correction 0.5 / N more
-//   1  logit of the counts with 0.5 added to each
-//   2  logit; NaN at p = 0 and 1
-//   3  exact (Clopper-Pearson), from beta quantiles
-//   4  Bayesian with the Jeffreys prior: beta quantiles with 0.5 added to each count
-//   5  score (Wilson), with or without the continuity correction
-//   6  adjusted Wald (Agresti-Coull)
 
 /// Half-width of the two-sided 100 (1 - alpha) % confidence interval of a proportion p at N trials: half the
 /// distance of its limits, which are not clipped to [0, 1].
-/// @return the half-width; 0 for a method outside the table. No other argument is checked: outside the domain
+/// @return the half-width; 0 for an unknown method. No other argument is checked: outside the domain
 ///         of a formula the result is NaN or computed with a missing quantile.
 STATPOWER_API double HalfCIOneSampBinom(double N, double p, double alpha, int method,
                                         bool continuityCorrection);
@@ -81,58 +83,67 @@ STATPOWER_API double HalfCIOneSampBinom(double N, double p, double alpha, int me
 /// Number of trials whose half-width is halfWidth, not rounded. Wald in closed form; the others searched from
 /// 1 upwards to within 1e-9, the half-width there being at least the target.
 /// @return the number of trials; the missing value when cancelled or when no sample size reaches the
-///         half-width; 400, the upper end of the first interval, for a method outside the table. Nothing else
+///         half-width; 400, the upper end of the first interval, for an unknown method. Nothing else
 ///         is checked.
 STATPOWER_API double PowerReversebyHalfCIOneSampBinom(double halfWidth, double p, double alpha, int method,
-                                                      bool continuityCorrection,
-                                                      OrvCommon_940::OrvQueryCancel* cancel);
+                                                      bool continuityCorrection, StatpowerCancel* cancel);
 
 // ---- How does power vary? --------------------------------------------------------------------------------
 //
 // Powers are those of PowerOneSampBinom without a cancel object, in single precision; their failure values
-// are stored as they come.
-//   step      distance of the points of a proportion axis, at most 0.5: the axis has the points step, 2 step,
-//             ..., trunc(1 / step) - 1 of them; an axis of differences has k step - p0 instead
-// The empty result unless alpha > 0, every proportion passed in [0, 1], N >= 1, alpha < 1 and step <= 0.5.
+// are stored as they come. An axis of a proportion is step, 2 step, ...: trunc(1 / step) - 1 points; one of
+// differences p1 - p0 has k step - p0 instead. Where a surface varies N, p1 or p0, the argument of that name
+// is the design's own: it is checked, and serves the default range.
 
 /// Power at N = nMin, nMin + 1, ..., nMax. The ends are taken literally: at 0 the power is -1.0.
-/// @param nMin,nMax  0 <= nMin < nMax <= 5000, or both 0; else the empty result
-/// @param N          checked only
+/// @return the curve; empty unless 0 <= nMin < nMax <= 5000 or both are 0, N >= 1 (only checked), p1 and p0
+///         are in [0, 1] and 0 < alpha < 1
 STATPOWER_API XYPlot PlotNOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection,
                                        double N, double p1, double p0, double alpha);
 
-/// Power against the null proportion.
+/// Power against the null proportion p0.
+/// @return the curve; empty unless N >= 1, p1 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                           double p1, double alpha, double step);
 
-/// Power against the alternative proportion.
+/// Power against the alternative proportion p1.
+/// @return the curve; empty unless N >= 1, p0 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                            double p0, double alpha, double step);
 
 /// Power against the difference p1 - p0 for a fixed p0.
+/// @return the curve; empty unless N >= 1, p0 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampBionm(int method, int sides, bool continuityCorrection, double N,
                                               double p0, double alpha, double step);
 
-// Surfaces over N: the first axis is nMin, nMin + 1, ..., nMax with the limits of PlotNOneSampBinom; where
-// one of the two is 0, the default range around the design (N, p1, p0) of power P, from (1 - P) N, but at
-// least 1, to (2 - P) N.
-
-/// Power against N and the difference p1 - p0; p1 matters for the default range only.
+/// Power against N = nMin, nMin + 1, ..., nMax (first axis) and the difference p1 - p0. Where nMin or nMax is
+/// 0, the default range around the design (N, p1, p0) of power P: from (1 - P) N, but at least 1, to (2 - P)
+/// N.
+/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
+///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampBinom(int method, int sides, int nMin, int nMax,
                                                 bool continuityCorrection, double N, double p1, double p0,
                                                 double alpha, double step);
 
-/// Power against N and the null proportion; p0 matters for the default range only.
+/// Power against N (first axis, as in PlotNRiskDiffOneSampBinom) and the null proportion p0.
+/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
+///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNNullOneSampBinom(int method, int sides, int nMin, int nMax,
                                             bool continuityCorrection, double N, double p1, double p0,
                                             double alpha, double step);
 
-/// Power against N and the alternative proportion; p1 matters for the default range only.
+/// Power against N (first axis, as in PlotNRiskDiffOneSampBinom) and the alternative proportion p1.
+/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
+///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNAlterOneSampBinom(int method, int sides, int nMin, int nMax,
                                              bool continuityCorrection, double N, double p1, double p0,
                                              double alpha, double step);
 
 /// Power against the null proportion (first axis) and the alternative one (second axis).
+/// @return the surface; empty unless N >= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                                 double alpha, double step);
+
+#ifdef __cplusplus
 }
+#endif

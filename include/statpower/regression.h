@@ -5,7 +5,7 @@
 // multiple correlation, a negative binomial mixture of beta distributions.
 //
 // Arguments that recur
-//   random     not 0: random predictors; 0: fixed predictors
+//   random     a StatpowerPredictors
 //   intercept  true when the model has an intercept, which costs one error degree of freedom
 //   N          sample size; may be fractional. With random predictors the power at an infinite one is 1
 //   p, q       number of predictors in all and number tested, 1 <= q <= p
@@ -30,7 +30,12 @@
 
 #include "statpower/core.h"
 
+#ifdef __cplusplus
 extern "C" {
+#endif
+
+/// Whether the values of the predictors are fixed by design or sampled. Any value other than 0 is random.
+enum StatpowerPredictors { STATPOWER_FIXED_PREDICTORS = 0, STATPOWER_RANDOM_PREDICTORS = 1 };
 
 // ---- What power has a sample size? -----------------------------------------------------------------------
 
@@ -55,15 +60,16 @@ STATPOWER_API double PowerbymlrwES(int random, bool intercept, double N, double 
 STATPOWER_API double PowerReversebymlr(int random, bool intercept, double power, double p, double q,
                                        double R2full, double R2red, double alpha);
 
-/// The same for an effect size.
+/// Sample size for an effect size, searched from p + 1 + intercept upwards; cannot be cancelled.
+/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
+///         missing value.
 STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double power, double p, double q,
                                           double f2, double alpha);
 
 // ---- Curves and surfaces of the power --------------------------------------------------------------------
 
-// Every curve returns the empty result unless 1 <= q <= p, 0 < alpha < 1 and its further arguments are as
-// said at the curve. Powers are stored in single precision; a point that the power function refuses holds -1
-// (R2red above R2full is a curve of -1). The flags go to the power function as they are.
+// Powers are stored in single precision; a point that the power function refuses holds -1 (R2red above R2full
+// is a curve of -1). The flags go to the power function as they are.
 //
 // nMin, nMax   p + intercept <= nMin <= nMax <= p + 5000, or 0 for nMin. A 0 for nMin or nMax stands for the
 //              default range: from p + intercept + 1 to p + 5000 (p truncated). In a surface with random
@@ -73,31 +79,41 @@ STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double pow
 //              the effect: 0.05 in place of `step`, except in PlotESmlr. Otherwise N has steps of 1. The last
 //              N reaches or passes nMax.
 
-/// Power against N for the fit of two models, which are checked as in Powerbymlr, their order excepted.
+/// Power against N for the fit of two models.
+/// @return the curve; empty unless 1 <= q <= p, 0 < alpha < 1, and nMin, nMax, R2full and R2red are as said
 STATPOWER_API XYPlot PlotNmlr(int random, bool intercept, int nMin, int nMax, double p, double q,
                               double R2full, double R2red, double alpha);
 
 /// Power against N for an effect size.
+/// @return the curve; empty unless 1 <= q <= p, 0 < alpha < 1, and nMin and nMax are as said
 STATPOWER_API XYPlot PlotNmlrFES(int random, bool intercept, int nMin, int nMax, double p, double q,
                                  double f2, double alpha);
 
 /// Power against the multiple correlation R = -1 + step, -1 + 2 step, ...: 2 / step truncated, minus 1
-/// points. Needs p + 1 + intercept <= N.
+/// points.
+/// @return the curve; empty unless 1 <= q <= p, p + 1 + intercept <= N and 0 < alpha < 1
 STATPOWER_API XYPlot PlotCorrmlr(int random, bool intercept, double N, double p, double q, double alpha,
                                  double step);
 
 /// Power against f2 = step, 2 step, ...: the ceiling of 1 / step, minus 1 points, for every random flag.
-/// Needs p + 1 + intercept <= N.
+/// @return the curve; empty unless 1 <= q <= p, p + 1 + intercept <= N and 0 < alpha < 1
 STATPOWER_API XYPlot PlotESmlr(int random, bool intercept, double N, double p, double q, double alpha,
                                double step);
 
 /// Power against N and R = -1 + step, -1 + 2 step, ...: the ceiling of 2 / step, minus 1 values of R. N,
-/// R2full and R2red serve the checks, those of PlotNmlr and PlotCorrmlr, and the default range.
+/// R2full and R2red are checked and serve the default range.
+/// @return the surface; empty unless 1 <= q <= p, p + 1 + intercept <= N, 0 < alpha < 1, and nMin, nMax,
+///         R2full and R2red are as said
 STATPOWER_API XYZPlot PlotNaCorrmlr(int random, bool intercept, int nMin, int nMax, double N, double p,
                                     double q, double R2full, double R2red, double alpha, double step);
 
-/// Power against N and f2 = step, 2 step, ...: the ceiling of 1 / step, minus 1 values of f2. N and f2 serve
-/// the checks, those of PlotNmlrFES and PlotESmlr, and the default range.
+/// Power against N and f2 = step, 2 step, ...: the ceiling of 1 / step, minus 1 values of f2. N is
+/// checked, N and f2 serve the default range.
+/// @return the surface; empty unless 1 <= q <= p, p + 1 + intercept <= N, 0 < alpha < 1, and nMin and nMax
+///         are as said
 STATPOWER_API XYZPlot PlotNaESmlr(int random, bool intercept, int nMin, int nMax, double N, double p,
                                   double q, double f2, double alpha, double step);
+
+#ifdef __cplusplus
 }
+#endif

@@ -14,8 +14,6 @@ using OrvMath_940::OrvDistFun;
 
 namespace {
 
-enum Method { kWald, kLogitCorrected, kLogit, kExact, kJeffreys, kScore, kAdjustedWald };
-
 double wald(double N, double p, double z, bool continuity_correction) {
     return z * std::sqrt(p * (1 - p) / N) + (continuity_correction ? 0.5 / N : 0);
 }
@@ -67,19 +65,19 @@ double adjusted_wald(double N, double p, double z) {
 double HalfCIOneSampBinom(double N, double p, double alpha, int method, bool continuityCorrection) {
     const double z = z_critical(alpha / 2);
     switch (method) {
-        case kWald:
+        case STATPOWER_ONE_PROPORTION_WALD:
             return wald(N, p, z, continuityCorrection);
-        case kLogitCorrected:
+        case STATPOWER_ONE_PROPORTION_LOGIT_ADDED:
             return logit_corrected(N, p, z);
-        case kLogit:
+        case STATPOWER_ONE_PROPORTION_LOGIT:
             return logit(N, p, z);
-        case kExact:
+        case STATPOWER_ONE_PROPORTION_EXACT:
             return exact(N, p, alpha);
-        case kJeffreys:
+        case STATPOWER_ONE_PROPORTION_JEFFREYS:
             return jeffreys(N, p, alpha);
-        case kScore:
+        case STATPOWER_ONE_PROPORTION_SCORE:
             return score(N, p, z, continuityCorrection);
-        case kAdjustedWald:
+        case STATPOWER_ONE_PROPORTION_ADJUSTED_WALD:
             return adjusted_wald(N, p, z);
         default:
             return 0;
@@ -89,13 +87,14 @@ double HalfCIOneSampBinom(double N, double p, double alpha, int method, bool con
 double POWER_NAMESPACE::_SampleSizebyHalfCIOneSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
     const auto d = unpack<OneProportionHalfWidthSearch>(design);
-    if (d.method < kLogitCorrected || d.method > kAdjustedWald) return 0;
+    if (d.method < STATPOWER_ONE_PROPORTION_LOGIT_ADDED || d.method > STATPOWER_ONE_PROPORTION_ADJUSTED_WALD)
+        return 0;
     return d.target - HalfCIOneSampBinom(N, d.p, d.alpha, d.method, d.continuity_correction);
 }
 
 double PowerReversebyHalfCIOneSampBinom(double halfWidth, double p, double alpha, int method,
                                         bool continuityCorrection, OrvQueryCancel* cancel) {
-    if (method == kWald) {
+    if (method == STATPOWER_ONE_PROPORTION_WALD) {
         const double z = z_critical(alpha / 2);
         const double pq = p * (1 - p);
         if (!continuityCorrection) return square(z) * pq / square(halfWidth);

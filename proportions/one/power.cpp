@@ -163,7 +163,7 @@ double _POSBNormalAppro(double N, double p1, double p0, int, int sides, double a
     const double z = z_critical(tail_level(sides, alpha));
     const double below = lower_tail(OrvDistFun::CdfStdNorm((d - s0 * z - c) / s1));
     const double up_to = lower_tail(OrvDistFun::CdfStdNorm((d + s0 * z + c) / s1));
-    if (sides == 0) return below + 1 - up_to;
+    if (sides == STATPOWER_TWO_SIDED) return below + 1 - up_to;
     return p1 > p0 ? 1 - up_to : below;
 }
 
@@ -171,7 +171,7 @@ double _POSBBinEnum(double N, double p1, double p0, int, int sides, double alpha
     if (!is_design(N, p1, p0, alpha)) return kInvalid;
     const BinomialCdf null{N, p0};
     const BinomialCdf alternative{N, p1};
-    if (sides == 0) return two_sided_power(null, alternative, alpha, cancel);
+    if (sides == STATPOWER_TWO_SIDED) return two_sided_power(null, alternative, alpha, cancel);
     return (p1 > p0 ? upper_tail_power : lower_tail_power)(null, alternative, alpha, cancel);
 }
 
@@ -203,7 +203,8 @@ using namespace POWER_NAMESPACE;
 
 double PowerOneSampBinom(double N, double p1, double p0, double alpha, int method, int sides,
                          bool continuityCorrection, OrvQueryCancel* cancel) {
-    if (method == 0) return _POSBNormalAppro(N, p1, p0, method, sides, alpha, continuityCorrection);
+    if (method == STATPOWER_NORMAL_APPROXIMATION)
+        return _POSBNormalAppro(N, p1, p0, method, sides, alpha, continuityCorrection);
     return _POSBBinEnum(N, p1, p0, method, sides, alpha, cancel);
 }
 
@@ -213,7 +214,7 @@ double PowerReverseOneSampBinom(double power, double p1, double p0, double alpha
     if (!(is_proportion(p0) && is_proportion(p1) && is_between_0_and_1(alpha) &&
           std::abs(p0 - p1) > kSmallestEffect))
         return kInvalid;
-    if (method == 0)
+    if (method == STATPOWER_NORMAL_APPROXIMATION)
         return _POSBReverseNormalAppro(power, p1, p0, method, sides, alpha, continuityCorrection);
     return _POSBReverseBinEnum(power, p1, p0, method, sides, alpha, cancel);
 }

@@ -12,8 +12,6 @@ using OrvCommon_940::OrvQueryCancel;
 
 namespace {
 
-enum Method { kWald, kOnePairAdded, kTwoPairsAdded };
-
 /// Variance of the difference within one pair.
 double pair_variance(double p1, double p2) {
     return p1 + p2 - square(p1 - p2);
@@ -32,11 +30,11 @@ double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, doubl
                           double alpha) {
     const double z = z_critical(alpha / 2);
     switch (method) {
-        case kWald:
+        case STATPOWER_PAIRED_PROPORTIONS_WALD:
             return z * std::sqrt(pair_variance(p1, p2) / N) + (continuityCorrection ? 1 / N : 0);
-        case kOnePairAdded:
+        case STATPOWER_PAIRED_PROPORTIONS_ONE_PAIR_ADDED:
             return adjusted_wald(N, p1, p2, z, 1);
-        case kTwoPairsAdded:
+        case STATPOWER_PAIRED_PROPORTIONS_TWO_PAIRS_ADDED:
             return adjusted_wald(N, p1, p2, z, 2);
         default:
             return 0;
@@ -46,13 +44,15 @@ double HalfCIRelSampBinom(int method, bool continuityCorrection, double N, doubl
 double POWER_NAMESPACE::_SampleSizebyHalfCIRelSampBinom(double N, std::vector<double> design,
                                                         OrvQueryCancel*) {
     const auto d = unpack<PairedProportionsHalfWidthSearch>(design);
-    if (d.method != kOnePairAdded && d.method != kTwoPairsAdded) return 0;
+    if (d.method != STATPOWER_PAIRED_PROPORTIONS_ONE_PAIR_ADDED &&
+        d.method != STATPOWER_PAIRED_PROPORTIONS_TWO_PAIRS_ADDED)
+        return 0;
     return d.target - HalfCIRelSampBinom(d.method, d.continuity_correction, N, d.p1, d.p2, d.alpha);
 }
 
 double PowerReversebyHalfCIRelSampBinom(int method, bool continuityCorrection, OrvQueryCancel* cancel,
                                         double halfWidth, double p1, double p2, double alpha) {
-    if (method == kWald) {
+    if (method == STATPOWER_PAIRED_PROPORTIONS_WALD) {
         const double a = pair_variance(p1, p2) * square(z_critical(alpha / 2));
         if (!continuityCorrection) return std::ceil(a / square(halfWidth));
         return std::ceil(square((std::sqrt(4 * halfWidth + a) + std::sqrt(a)) / (2 * halfWidth)));

@@ -50,8 +50,9 @@ bool are_margins(double pA, double pB, double rho) {
 double sample_size(int sided, int exact, OrvQueryCancel* cancel, double power, DiscordantCells cells,
                    double alpha) {
     const PairedProportionsSearch design{power, cells.p1, cells.p2, sided, exact, alpha};
-    return exact != 0 ? search_exact_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
-                      : search_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
+    return exact != STATPOWER_NORMAL_APPROXIMATION
+               ? search_exact_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
+               : search_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
 }
 
 }  // namespace
@@ -68,7 +69,8 @@ PairedTest::PairedTest(int sided, int exact, double alpha) : sided_(sided), exac
 
 double PairedTest::power(double N, double p1, double p2, OrvQueryCancel* cancel) {
     if (!(N >= 2 && is_between_0_and_1(alpha_) && p1 >= 0 && p2 >= 0 && p1 + p2 <= 1)) return kInvalid;
-    return exact_ != 0 ? exact_power(N, p1, p2, cancel) : normal_power(N, p1, p2);
+    return exact_ != STATPOWER_NORMAL_APPROXIMATION ? exact_power(N, p1, p2, cancel)
+                                                    : normal_power(N, p1, p2);
 }
 
 double PairedTest::power_from_margins(double N, double pA, double pB, double rho) {
@@ -86,12 +88,12 @@ double PairedTest::normal_power(double N, double p1, double p2) const {
     const double C = std::abs(std::sqrt(psi - square(d)));
     const double upper = upper_tail(OrvDistFun::CdfStdNorm((A + B) / C));
     const double lower = lower_tail(OrvDistFun::CdfStdNorm((A - B) / C));
-    if (sided_ == 0) return upper + lower;
+    if (sided_ == STATPOWER_TWO_SIDED) return upper + lower;
     return p1 > p2 ? lower : upper;
 }
 
 PairedTest::Tail PairedTest::tail(double p1, double p2) const {
-    if (sided_ == 0) return kBoth;
+    if (sided_ == STATPOWER_TWO_SIDED) return kBoth;
     return p2 > p1 ? kUpper : kLower;
 }
 

@@ -24,7 +24,7 @@ struct DrawnTest {
                                            pooled, nullptr));
     }
 
-    bool is_arcsine() const { return method == 0 && test == 3; }
+    bool is_arcsine() const { return method == STATPOWER_NORMAL_APPROXIMATION && test == STATPOWER_FISHER; }
 };
 
 bool are_group_sizes(double n1, double n2) {

@@ -500,8 +500,8 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
         return kInvalid;
     const double psi = (p1 / (1 - p1)) / (p2 / (1 - p2));
     const double level = tail_level(sides, alpha);
-    const bool rejects_high = sides == 0 || p1 > p2;
-    const bool rejects_low = sides == 0 || !(p1 > p2);
+    const bool rejects_high = sides == STATPOWER_TWO_SIDED || p1 > p2;
+    const bool rejects_low = sides == STATPOWER_TWO_SIDED || !(p1 > p2);
 
     Questions questions(cancel);
     if (questions.stop_ahead()) return OrvMV::Missing();

@@ -15,8 +15,6 @@ using OrvCommon_940::OrvQueryCancel;
 
 namespace {
 
-enum Interval { kWald, kAgrestiCaffo, kAgrestiCaffoPlus, kHalfAdded, kUnbiased, kHybridScore };
-
 double variance(double p) {
     return p * (1 - p);
 }
@@ -66,24 +64,24 @@ double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alp
                           bool continuityCorrection) {
     const double z = z_critical(alpha / 2);
     switch (method) {
-        case kWald: {
+        case STATPOWER_TWO_PROPORTIONS_WALD: {
             const double correction = continuityCorrection ? 0.5 * (1 / n1 + 1 / n2) : 0;
             return z * std::sqrt(variance(p2) / n2 + variance(p1) / n1) + correction;
         }
-        case kAgrestiCaffo:
-        case kAgrestiCaffoPlus: {
-            const double added = method == kAgrestiCaffo ? 2 : 3;
+        case STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO:
+        case STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO3: {
+            const double added = method == STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO ? 2 : 3;
             return z * std::sqrt(variance(adjusted(n1, p1, 1, 2)) / (n1 + added) +
                                  variance(adjusted(n2, p2, 1, 2)) / (n2 + added));
         }
-        case kHalfAdded:
+        case STATPOWER_TWO_PROPORTIONS_HALF_ADDED:
             return z * std::sqrt(variance(adjusted(n1, p1, 0.5, 1)) / n1 +
                                  variance(adjusted(n2, p2, 0.5, 1)) / n2);
-        case kUnbiased: {
+        case STATPOWER_TWO_PROPORTIONS_UNBIASED: {
             const double smaller = n2 / n1 < 1 ? n2 : n1;
             return z * std::sqrt(variance(p1) / (n1 - 1) + variance(p2) / (n2 - 1)) + 0.5 / smaller;
         }
-        case kHybridScore:
+        case STATPOWER_TWO_PROPORTIONS_HYBRID_SCORE:
             return hybrid_score_half_width(n1, n2, p1, p2, z, continuityCorrection);
         default:
             return 0;
@@ -93,7 +91,9 @@ double HalfCIIndSampBinom(double n1, double n2, double p1, double p2, double alp
 double POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom(double n1, std::vector<double> design,
                                                         OrvQueryCancel*) {
     const auto d = unpack<TwoProportionsHalfWidthSearch>(design);
-    if (d.method < kAgrestiCaffo || d.method > kHybridScore) return 0;
+    if (d.method < STATPOWER_TWO_PROPORTIONS_AGRESTI_CAFFO ||
+        d.method > STATPOWER_TWO_PROPORTIONS_HYBRID_SCORE)
+        return 0;
     return d.target -
            HalfCIIndSampBinom(n1, d.r * n1, d.p1, d.p2, d.alpha, d.method, d.continuity_correction);
 }
@@ -103,7 +103,7 @@ void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1, double p2, do
                                       OrvQueryCancel* cancel) {
     const TwoProportionsHalfWidthSearch design{halfWidth, p1, p2, r, method, alpha, continuityCorrection};
     const double n1 =
-        method == kWald
+        method == STATPOWER_TWO_PROPORTIONS_WALD
             ? wald_sample_size(halfWidth, p1, p2, r, z_critical(alpha / 2), continuityCorrection)
             : search_size(design, POWER_NAMESPACE::_SampleSizebyHalfCIIndSampBinom, cancel, 2, kFirstReach);
     if (OrvMV::IsMissing(n1))

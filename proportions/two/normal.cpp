@@ -53,7 +53,7 @@ double _PowerIndSamBinNormalApproxChisq(double n1, double n2, double p1, double 
     const double z = z_critical(tail_level(sides, alpha));
     const double below = Phi((d - S0 * z - c) / S1);
     const double up_to = Phi((d + S0 * z + c) / S1);
-    if (sides == 0) return below + 1 - up_to;
+    if (sides == STATPOWER_TWO_SIDED) return below + 1 - up_to;
     return p1 > p2 ? below : 1 - up_to;
 }
 
@@ -66,8 +66,8 @@ double _PowerIndSamBinNormalApproxT(double n1, double n2, double p1, double p2, 
     const double df = n1 + n2 - 2;
     const double delta = (p1 - p2) * std::sqrt(n1 * n2) / std::sqrt(V);
     const QuantileAccuracy accuracy{1e-20, 1e-12};
-    return sides == 0 ? t_test_power_two_sided(alpha, df, delta, accuracy)
-                      : t_test_power_one_sided(alpha, df, std::abs(delta), accuracy);
+    return sides == STATPOWER_TWO_SIDED ? t_test_power_two_sided(alpha, df, delta, accuracy)
+                                        : t_test_power_one_sided(alpha, df, std::abs(delta), accuracy);
 }
 
 double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2, int sides, double alpha) {
@@ -77,7 +77,7 @@ double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2
                      n2 * p2 * std::log(p2 / pbar) + n2 * (1 - p2) * std::log((1 - p2) / (1 - pbar));
     const double L = std::sqrt(std::abs(2 * G));
     const double z = z_critical(tail_level(sides, alpha));
-    if (sides == 0) return Phi(L - z) + 1 - Phi(L + z);
+    if (sides == STATPOWER_TWO_SIDED) return Phi(L - z) + 1 - Phi(L + z);
     return p1 > p2 ? Phi(L - z) : 1 - Phi(z - L);
 }
 
@@ -87,7 +87,7 @@ double _PowerIndSamBinNormalApproxFisher(double n1, double n2, double p1, double
     if (!arcsine_applies(n1, n2, p1, p2)) return kInvalid;
     const double h = arcsine_distance(n1, n2, p1, p2);
     const double z = z_critical(tail_level(sides, alpha));
-    if (sides == 0) return Phi(h - z) + 1 - Phi(h + z);
+    if (sides == STATPOWER_TWO_SIDED) return Phi(h - z) + 1 - Phi(h + z);
     return p1 < p2 ? Phi(h - z) : 1 - Phi(h + z);
 }
 

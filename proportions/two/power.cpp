@@ -21,8 +21,8 @@ using OrvCommon_940::OrvQueryCancel;
 
 namespace {
 
-enum Method { kNormal = 0, kExact = 1 };
-enum Test { kChiSquare = 0, kT = 1, kLikelihoodRatio = 2, kFisher = 3, kChiSquareSearch = 4 };
+/// Stands for the chi-square test where an exact one is searched for.
+constexpr int kChiSquareSearch = 4;
 
 double power_at(const TwoProportionsSearch& d, double n1, double n2, OrvQueryCancel* cancel) {
     return PowerIndSampBinom(n1, n2, d.p1, d.p2, d.alpha, d.method, d.test, d.sides, d.continuity_correction,
@@ -41,17 +41,17 @@ double smallest_for_arcsine(const TwoProportionsSearch& d) {
 double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method, int test,
                          int sides, bool continuityCorrection, bool pooled, OrvQueryCancel* cancel) {
     if (!(are_two_samples(n1, n2, p1, p2) && is_between_0_and_1(alpha))) return kInvalid;
-    const bool normal = method == kNormal;
+    const bool normal = method == STATPOWER_NORMAL_APPROXIMATION;
     switch (test) {
-        case kChiSquare:
+        case STATPOWER_CHI_SQUARE:
             return normal ? _PowerIndSamBinNormalApproxChisq(n1, n2, p1, p2, sides, alpha,
                                                              continuityCorrection, pooled)
                           : _PowerIndSamBinBinEnumChisq(n1, n2, p1, p2, sides, alpha, continuityCorrection,
                                                         cancel);
-        case kT:
+        case STATPOWER_T_OF_PROPORTIONS:
             return normal ? _PowerIndSamBinNormalApproxT(n1, n2, p1, p2, sides, alpha, pooled)
                           : _PowerIndSamBinBinEnumT(n1, n2, p1, p2, sides, alpha, pooled, cancel);
-        case kLikelihoodRatio:
+        case STATPOWER_LIKELIHOOD_RATIO:
             return normal ? _PowerIndSamBinNormalApproxLRT(n1, n2, p1, p2, sides, alpha)
                           : _PowerIndSamBinBinEnumLRT(n1, n2, p1, p2, sides, alpha, cancel);
         default:
@@ -62,7 +62,7 @@ double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alph
 
 double POWER_NAMESPACE::IndSampBinomFunc(double N, std::vector<double> design, OrvQueryCancel* cancel) {
     auto d = unpack<TwoProportionsSearch>(design);
-    if (d.method == kExact && d.test == kChiSquareSearch) d.test = kChiSquare;
+    if (d.method == STATPOWER_EXACT && d.test == kChiSquareSearch) d.test = STATPOWER_CHI_SQUARE;
     return power_at(d, N, std::max(d.r * N, 1.0), cancel) - d.target;
 }
 
@@ -72,8 +72,8 @@ void POWER_NAMESPACE::PowerReverseU4Binom(std::vector<double>& result, std::vect
     double& result2 = result.at(1);
     auto exact = unpack<TwoProportionsSearch>(design);
     auto continuous = exact;
-    exact.method = kExact;
-    if (continuous.test == kFisher) continuous.test = kChiSquare;
+    exact.method = STATPOWER_EXACT;
+    if (continuous.test == STATPOWER_FISHER) continuous.test = STATPOWER_CHI_SQUARE;
 
     std::vector<double> candidates{result1};
     for (;;) {
@@ -104,8 +104,8 @@ void PowerReverseIndSampBinom(double power, double p1, double p2, double r, doub
     if (!result.empty()) return;
     const TwoProportionsSearch design{power, p1, p2, r, method, test, sides, alpha, continuityCorrection,
                                       pooled};
-    const double low = test == kFisher ? smallest_for_arcsine(design) : 2;
-    const double high = test == kFisher ? low + kFirstReach : kFirstReach;
+    const double low = test == STATPOWER_FISHER ? smallest_for_arcsine(design) : 2;
+    const double high = test == STATPOWER_FISHER ? low + kFirstReach : kFirstReach;
     const double N =
         stop_requested(cancel) ? OrvMV::Missing() : search_size(design, IndSampBinomFunc, cancel, low, high);
     if (OrvMV::IsMissing(N)) {
@@ -113,8 +113,9 @@ void PowerReverseIndSampBinom(double power, double p1, double p2, double r, doub
         return;
     }
     // The exception multiplies by N twice; answers of this kind are relied upon.
-    const bool squared = test == kChiSquare && sides != 0 && continuityCorrection && pooled;
+    const bool squared =
+        test == STATPOWER_CHI_SQUARE && sides != STATPOWER_TWO_SIDED && continuityCorrection && pooled;
     result.push_back(std::ceil(N));
     result.push_back(std::max(std::ceil(squared ? N * N * r : r * N), 1.0));
-    if (method == kExact) PowerReverseU4Binom(result, pack(design), cancel);
+    if (method == STATPOWER_EXACT) PowerReverseU4Binom(result, pack(design), cancel);
 }

@@ -34,7 +34,7 @@ Proportions observed_proportions(double n1, double n2, int x1, int x2) {
 
 /// The difference that the alternative p1 against p2 makes large.
 double difference(Proportions phat, double p1, double p2, int sides) {
-    if (sides == 0) return std::abs(phat.first - phat.second);
+    if (sides == STATPOWER_TWO_SIDED) return std::abs(phat.first - phat.second);
     return p1 > p2 ? phat.first - phat.second : phat.second - phat.first;
 }
 
@@ -69,7 +69,7 @@ int first_failure(int first, int last, int guess, Holds holds) {
 /// Which tables beside x1 successes of the first group can reject: those of few successes in the second
 /// group, of many, or both. Returns the number of x2, from 0, that count as few.
 int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1) {
-    if (sides == 0) return to_int(std::floor(n2 * x1 / n1)) + 1;
+    if (sides == STATPOWER_TWO_SIDED) return to_int(std::floor(n2 * x1 / n1)) + 1;
     return first_is_larger ? to_int(n2) + 1 : 0;
 }
 
@@ -156,7 +156,7 @@ std::pair<double, double> _BinEnumChisqTestStatsZ(double n1, double n2, double p
     const double c = 0.5 * (1 / n1 + 1 / n2);
     const double d = difference(phat, p1, p2, sides);
     if (!continuityCorrection) return {d / S, c};
-    return {(sides == 0 ? d - c : d + c) / S, c};
+    return {(sides == STATPOWER_TWO_SIDED ? d - c : d + c) / S, c};
 }
 
 double _BinEnumTTestStatsT(double n1, double n2, double p1, double p2, int x1, int x2, int sides,
@@ -208,9 +208,10 @@ double _PowerIndSamBinBinEnumLRT(double n1, double n2, double p1, double p2, int
                                  OrvQueryCancel* cancel) {
     if (!can_enumerate(n1, n2, p1, p2, alpha)) return kInvalid;
     const double critical = z_critical(tail_level(sides, alpha));
-    constexpr int kBothSides = 0;  // the statistic does not know the direction of a difference
     return probability_of_rejection(
-        n1, n2, p1, p2, [&](int x1) { return few_successes(n1, n2, kBothSides, p1 > p2, x1); },
+        n1, n2, p1, p2,
+        // The statistic does not know the direction of a difference.
+        [&](int x1) { return few_successes(n1, n2, STATPOWER_TWO_SIDED, p1 > p2, x1); },
         [&](int x1, int x2) {
             const double G2 = _BinEnumLRTTestStatsL(n1, n2, x1, x2);
             return G2 >= 0 && std::sqrt(G2) > critical;
