@@ -35,3 +35,6 @@ endfunction()
 
 statpower_install_package(statpower)
 statpower_install_package(statplan)
+
+# The page, where scripts/page has built it.
+install(FILES ${PROJECT_SOURCE_DIR}/build/page/statpower.html DESTINATION ${CMAKE_INSTALL_DATADIR}/statpower OPTIONAL)
