@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
 #include <initializer_list>
 #include <limits>
 #include <optional>
@@ -180,6 +181,19 @@ struct Effect {
     double (*value)(const Values&);  // NaN where the design has none
 };
 
+/// Size of each group.
+using GroupSizes = std::vector<double>;
+
+/// The powers of an exact test, which jump up and down as sizes grow, and how far. Keeps what it has computed, for
+/// one design and one thread.
+struct SawTooth {
+    std::function<double(const GroupSizes&)> power;
+    /// At most the power of these sizes and of all larger ones.
+    std::function<double(const GroupSizes&)> least;
+    /// At least the power of `sizes` and of all smaller ones down to `from`.
+    std::function<double(const GroupSizes& sizes, const GroupSizes& from)> most;
+};
+
 /// A worked example with its published or independently computed value, which help and pages print and tests
 /// run.
 struct Example {
@@ -202,9 +216,9 @@ struct Test {
     std::string_view phrase;  // of a sentence: "one-sample t test"
     Sizes sizes;
     Measure power;
-    double (*effect)(const Values&) = nullptr;          // signed; 0 under the null hypothesis
-    bool (*saw_tooth)(const Values&) = nullptr;         // does the power jump up and down with the size?
-    double (*level)(const Values&, Cancel*) = nullptr;  // actual level of an exact test
+    double (*effect)(const Values&) = nullptr;                      // signed; 0 under the null hypothesis
+    std::optional<SawTooth> (*saw_tooth)(const Values&) = nullptr;  // where the power jumps up and down
+    double (*level)(const Values&, Cancel*) = nullptr;              // actual level of an exact test
     Measure precision = {};
     std::vector<Effect> effects = {};
     std::string (*method)(const Values&) = nullptr;  // "noncentral t distribution"

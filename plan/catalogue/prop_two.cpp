@@ -1,0 +1,121 @@
+// The test of two independent proportions.
+#include "plan/exact_two_proportions.h"
+#include "plan/proportions.h"
+#include "plan/vocabulary.h"
+#include "statpower/independent_binomial.h"
+
+namespace statplan {
+
+namespace {
+
+using enum TwoProportions::Statistic;
+const Argument statistic{
+    .name = "statistic",
+    .meaning =
+        "Chi-square is the z test, t that of the 0/1 outcomes; Fisher's approximately is the "
+        "arcsine test with continuity correction",
+    .kind = Kind::choice,
+    .otherwise = chi_square,
+    .choices = {"chi-square", "t", "likelihood-ratio", "fisher"}};
+enum Interval { wald, agresti_caffo, uniform_prior, brown_li_jeffreys, hauck_anderson, newcombe };
+const Argument interval{
+    .name = "interval",
+    .meaning = "Confidence interval of the difference p1 - p2",
+    .kind = Kind::choice,
+    .otherwise = newcombe,
+    .choices = {"wald", "agresti-caffo", "uniform-prior", "brown-li-jeffreys", "hauck-anderson", "newcombe"}};
+const Argument first = p1.null_at(p2);
+
+TwoProportions exact_test(const Values& v) {
+    return {static_cast<TwoProportions::Statistic>(v[statistic]), v.is(variance, pooled),
+            v.is(continuity, yes), tails_of(v, v[p1] - v[p2]), v[alpha]};
+}
+
+Check impossible(const Values& v) {
+    if (Check wrong = check_follows(v, p1)) return wrong;
+    if (Check wrong = check_follows(v, p2)) return wrong;
+    if (v.is(method, exact) && v.is(statistic, t) && v.is(variance, unpooled))
+        return Refusal{.argument = "variance",
+                       .reason =
+                           "is pooled in the exact t test; statistic chi-square has an "
+                           "exact one with unpooled variance"};
+    return {};
+}
+
+const Entry prop_two{{
+    .name = "prop-two",
+    .title = "Two independent proportions",
+    .family = Family::proportions,
+    .study = "Two groups, a yes or no each: do their proportions of yes differ?",
+    .phrase = "test of two proportions",
+    .sizes = two_samples(least_2),
+    .power =
+        {.ways = {{{first, p2}},
+                  {{p1, risk_difference}, [](Values& v) { v.set(p2, v[p1] - v[risk_difference]); }},
+                  {{p2, risk_difference}, [](Values& v) { v.set(p1, v[p2] + v[risk_difference]); }},
+                  {{p1, risk_ratio}, [](Values& v) { v.set(p2, v[p1] / v[risk_ratio]); }},
+                  {{p2, risk_ratio}, [](Values& v) { v.set(p1, v[p2] * v[risk_ratio]); }},
+                  {{p1, odds_ratio}, [](Values& v) { v.set(p2, from_odds(odds(v[p1]) / v[odds_ratio])); }},
+                  {{p2, odds_ratio}, [](Values& v) { v.set(p1, from_odds(odds(v[p2]) * v[odds_ratio])); }},
+                  {{p1, h}, [](Values& v) { v.set(p2, from_angle(angle(v[p1]) - v[h])); }},
+                  {{p2, h}, [](Values& v) { v.set(p1, from_angle(angle(v[p2]) + v[h])); }}},
+         .options = {alternative, method, statistic, variance.only_with(statistic, {chi_square, t}),
+                     continuity.only_with(statistic, {chi_square}), alpha},
+         .value =
+             [](const Values& v, Cancel*) {
+                 if (v.is(method, exact)) return exact_test(v).power(v[n1], v[n2], v[p1], v[p2]);
+                 return found_power(PowerIndSampBinom(
+                     v[n1], v[n2], v[p1], v[p2], v[alpha], 0, static_cast<int>(v[statistic]), sided(v),
+                     v.is(continuity, yes), v.is(variance, pooled), nullptr));
+             },
+         .contradiction = impossible},
+    .effect = [](const Values& v) { return v[p1] - v[p2]; },
+    .saw_tooth = [](const Values& v) -> std::optional<SawTooth> {
+        if (v.is(method, approximate)) return {};
+        return exact_test(v).powers(v[p1], v[p2]);
+    },
+    .level = [](const Values& v,
+                Cancel* c) { return v.is(method, exact) ? exact_test(v).level(v[n1], v[n2], c) : kNotGiven; },
+    .precision = {.ways = {{{first, p2}}},
+                  .options = {interval, continuity.only_with(interval, {wald, newcombe}), confidence},
+                  .value =
+                      [](const Values& v, Cancel*) {
+                          return HalfCIIndSampBinom(v[n1], v[n2], v[p1], v[p2], 1 - v[confidence],
+                                                    static_cast<int>(v[interval]), v.is(continuity, yes));
+                      }},
+    .effects = {{risk_difference, [](const Values& v) { return v[p1] - v[p2]; }},
+                {risk_ratio, [](const Values& v) { return v[p1] / v[p2]; }},
+                {odds_ratio, [](const Values& v) { return odds(v[p1]) / odds(v[p2]); }},
+                {h, [](const Values& v) { return angle(v[p1]) - angle(v[p2]); }}},
+    .method = [](const Values& v) -> std::string {
+        const bool is_exact = v.is(method, exact);
+        if (v.is(statistic, fisher))
+            return is_exact ? "Fisher's exact test" : "arcsine approximation of Fisher's test";
+        std::string words = v.is(statistic, chi_square) ? "chi-square (z) test"
+                            : v.is(statistic, t)        ? "t test"
+                                                        : "likelihood-ratio test";
+        if (!v.is(statistic, likelihood_ratio))
+            words += v.is(variance, pooled) ? ", pooled variance" : ", unpooled variance";
+        if (v.is(statistic, chi_square) && v.is(continuity, yes)) words += ", continuity correction";
+        return words + (is_exact ? ", exact power" : ", approximate power");
+    },
+    .notes = {"an exact power counts tables; only Fisher's test also keeps alpha for every proportion"},
+    .sources =
+        {"J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003), "
+         "chapters 3 and 4",
+         "R. B. D'Agostino, W. Chase, A. Belanger, The American Statistician 42 (1988) 198-202 (t test)",
+         "R. G. Newcombe, Statistics in Medicine 17 (1998) 873-890 (intervals)"},
+    .examples = {{"Proportions of 0.5 and 0.75, two-sided at 0.05, power 0.9",
+                  "prop-two size --p1 0.5 --p2 0.75 --power 0.9", "n1", 77, 0,
+                  "R: power.prop.test(p1 = 0.5, p2 = 0.75, power = 0.9)"},
+                 {"The same by Fisher's exact test",
+                  "prop-two size --p1 0.5 --p2 0.75 --power 0.9 --statistic fisher --method exact", "n1", 85,
+                  0, "R: the least n of which dbinom over the tables that phyper rejects adds up to 0.9"},
+                 {"Newcombe's interval of 56 of 70 against 48 of 80, 0.0524 to 0.3339",
+                  "prop-two precision --p1 0.8 --p2 0.6 --n1 70 --n2 80", "halfwidth", 0.14075, 0.0001,
+                  "R. G. Newcombe, Statistics in Medicine 17 (1998) 873-890, table II, method 10"}},
+}};
+
+}  // namespace
+
+}  // namespace statplan

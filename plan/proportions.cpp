@@ -1,0 +1,25 @@
+#include "plan/proportions.h"
+
+#include <string>
+
+#include "plan/vocabulary.h"
+
+namespace statplan {
+
+Tails tails_of(const Values& v, double effect) {
+    if (v.is(alternative, two_sided)) return Tails::both;
+    if (v.is(alternative, one_sided)) return effect > 0 ? Tails::large : Tails::small;
+    return v.is(alternative, greater) ? Tails::large : Tails::small;
+}
+
+Check check_follows(const Values& v, const Argument& proportion) {
+    if (kInside01.holds(v[proportion])) return {};
+    for (const Argument* effect : {&risk_difference, &risk_ratio, &odds_ratio, &h})
+        if (v.has(*effect))
+            return Refusal{.argument = std::string(effect->name),
+                           .reason = "leaves no " + std::string(proportion.name) +
+                                     " between 0 and 1; one nearer to no effect would do"};
+    return Refusal{.argument = std::string(proportion.name), .reason = "is not between 0 and 1"};
+}
+
+}  // namespace statplan
