@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "plan/saw_tooth.h"
 #include "plan/search.h"
 #include "plan/text.h"
 #include "plan/vocabulary.h"
@@ -160,7 +161,18 @@ struct Plan::Parts {
 
     Check check_values(const Values& values) const;
     Check check_direction(const Values& values) const;
+    /// Does the measure jump up and down as sizes grow?
+    bool jumps(const Values& values) const {
+        if (precision) return false;
+        return (test->saw_tooth && test->saw_tooth(values)) || exact_powers(values);
+    }
+    std::optional<SawTooth> exact_powers(const Values& values) const {
+        return !precision && test->exact_powers ? test->exact_powers(values) : std::nullopt;
+    }
+
     Check find_sizes(Values& values, Answer& answer, Cancel* cancel) const;
+    Check find_exact_sizes(const SawTooth& powers, const Allocation& allocation, double largest,
+                           Values& values, Answer& answer, Cancel* cancel) const;
     Check find_argument(Values& values, Answer& answer, Cancel* cancel) const;
     Check find_whole(Values& values, Answer& answer, Cancel* cancel) const;
     Refusal unreachable(double reached, double largest, const Values& values) const;
@@ -419,7 +431,7 @@ std::vector<const Argument*> Plan::used(const Values& values) const {
     if (!p.evaluates) add(p.target());
     std::ranges::for_each(p.measure->options, add);
     if (p.sizes_sought()) {
-        if (p.test->saw_tooth && p.test->saw_tooth(values)) add(common::rule);
+        if (p.jumps(values)) add(common::rule);
         if (values[common::dropout] > 0) add(common::dropout);
     }
     return all;
@@ -510,6 +522,9 @@ Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) co
             return unreachable(values[alpha], 0, values);
     }
 
+    if (const auto powers = exact_powers(values))
+        return find_exact_sizes(*powers, allocation, largest, values, answer, cancel);
+
     // Real sizes first: the measure is smooth in them, and its root tells where to look among whole ones.
     if (!(missing_at(found) >= 0)) {
         std::vector<double> real(shares.size());
@@ -545,6 +560,24 @@ Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) co
     if (cancelled) return kCancelled;
     answer.smallest = answer.guaranteed = found;
     set_sizes(values, found);
+    answer.reached = measured(values, cancel);
+    return {};
+}
+
+Check Plan::Parts::find_exact_sizes(const SawTooth& powers, const Allocation& allocation, double largest,
+                                    Values& values, Answer& answer, Cancel* cancel) const {
+    const Chain chain{.at = [&](double size) { return allocation.at(size); },
+                      .above = [&](const GroupSizes& before) { return allocation.above(before); }};
+    const FoundSizes found = statplan::find_sizes(powers, chain, values[target()], largest, cancel);
+    if (found.cancelled) return kCancelled;
+    if (found.smallest.empty())
+        return unreachable(powers.power(allocation.at(largest)), values[common::max_n], values);
+    answer.smallest = found.smallest, answer.guaranteed = found.guaranteed;
+    const bool guaranteed = values.is(common::rule, Rule::guaranteed);
+    if (guaranteed && found.guaranteed.empty())
+        return no_answer("the power does not stay above " + number(values[target()]) + " before " +
+                         number(values[common::max_n]) + " observations; a larger max-n would do");
+    set_sizes(values, guaranteed ? found.guaranteed : found.smallest);
     answer.reached = measured(values, cancel);
     return {};
 }
@@ -593,14 +626,14 @@ Check Plan::Parts::find_whole(Values& values, Answer& answer, Cancel* cancel) co
     const double least = std::max(
         x.range.low, x.place == total.place ? 2 * test->sizes.least(values) : test->sizes.least(values));
     double high = least;
-    const bool jumps = !precision && test->saw_tooth && test->saw_tooth(values);
-    while (high <= values[common::max_n] && !reaches(high) && !cancelled) high = jumps ? high + 1 : 2 * high;
+    const bool every = jumps(values);
+    while (high <= values[common::max_n] && !reaches(high) && !cancelled) high = every ? high + 1 : 2 * high;
     if (cancelled) return kCancelled;
     if (high > values[common::max_n]) {
         values.set(x, values[common::max_n]);
         return unreachable(measured(values, cancel), values[common::max_n], values);
     }
-    double low = jumps ? high - 1 : std::floor(high / 2);
+    double low = every ? high - 1 : std::floor(high / 2);
     while (high - low > 1 && !cancelled && high > least) {
         const double middle = std::floor((low + high) / 2);
         (reaches(middle) ? high : low) = middle;

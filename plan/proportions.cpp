@@ -12,14 +12,14 @@ Tails tails_of(const Values& v, double effect) {
     return v.is(alternative, greater) ? Tails::large : Tails::small;
 }
 
-Check check_follows(const Values& v, const Argument& proportion) {
-    if (kInside01.holds(v[proportion])) return {};
+Check check_follows(const Values& v, const Argument& proportion, const Argument& held) {
+    if (kInside01.holds(v[proportion]) || std::isnan(v[held])) return {};
     for (const Argument* effect : {&risk_difference, &risk_ratio, &odds_ratio, &h})
         if (v.has(*effect))
             return Refusal{.argument = std::string(effect->name),
-                           .reason = "leaves no " + std::string(proportion.name) +
-                                     " between 0 and 1; one nearer to no effect would do"};
-    return Refusal{.argument = std::string(proportion.name), .reason = "is not between 0 and 1"};
+                           .reason = "leaves no " + std::string(proportion.name) + " between 0 and 1 beside " +
+                                     std::string(held.name) + "; one nearer to no effect would do"};
+    return {};
 }
 
 }  // namespace statplan

@@ -30,8 +30,8 @@ inline double from_angle(double angle) {
 /// The tails that the alternative asks for; one-sided is the direction of the effect.
 Tails tails_of(const Values& v, double effect);
 
-/// Refuses a measure of effect that gives no proportion.
-Check check_follows(const Values& v, const Argument& proportion);
+/// Refuses a measure of effect from which no proportion follows beside the held one.
+Check check_follows(const Values& v, const Argument& proportion, const Argument& held);
 
 /// The result of a function of the C interface; NaN for its failure values.
 inline double found_power(double power) {

@@ -216,9 +216,10 @@ struct Test {
     std::string_view phrase;  // of a sentence: "one-sample t test"
     Sizes sizes;
     Measure power;
-    double (*effect)(const Values&) = nullptr;                      // signed; 0 under the null hypothesis
-    std::optional<SawTooth> (*saw_tooth)(const Values&) = nullptr;  // where the power jumps up and down
-    double (*level)(const Values&, Cancel*) = nullptr;              // actual level of an exact test
+    double (*effect)(const Values&) = nullptr;   // signed; 0 under the null hypothesis
+    bool (*saw_tooth)(const Values&) = nullptr;  // does the power jump up and down with the size?
+    std::optional<SawTooth> (*exact_powers)(const Values&) = nullptr;  // where it does, with its bounds
+    double (*level)(const Values&, Cancel*) = nullptr;                 // actual level of an exact test
     Measure precision = {};
     std::vector<Effect> effects = {};
     std::string (*method)(const Values&) = nullptr;  // "noncentral t distribution"

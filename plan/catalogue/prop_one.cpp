@@ -43,9 +43,9 @@ const Entry prop_one{{
                       return found_power(PowerOneSampBinom(v[n], v[p], v[p0], v[alpha], 0, sided(v),
                                                            v.is(continuity, yes), nullptr));
                   },
-              .contradiction = [](const Values& v) { return check_follows(v, p); }},
+              .contradiction = [](const Values& v) { return check_follows(v, p, p0); }},
     .effect = [](const Values& v) { return v[p] - v[p0]; },
-    .saw_tooth = [](const Values& v) -> std::optional<SawTooth> {
+    .exact_powers = [](const Values& v) -> std::optional<SawTooth> {
         if (v.is(method, approximate)) return {};
         return powers(exact_test(v), v[p]);
     },

@@ -97,7 +97,7 @@ const Entry prop_paired{{
                   },
               .contradiction = impossible},
     .effect = [](const Values& v) { return v[p10] - v[p01]; },
-    .saw_tooth = [](const Values& v) -> std::optional<SawTooth> {
+    .exact_powers = [](const Values& v) -> std::optional<SawTooth> {
         if (v.is(method, approximate)) return {};
         return exact_test(v).powers();
     },

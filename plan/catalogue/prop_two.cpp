@@ -32,8 +32,8 @@ TwoProportions exact_test(const Values& v) {
 }
 
 Check impossible(const Values& v) {
-    if (Check wrong = check_follows(v, p1)) return wrong;
-    if (Check wrong = check_follows(v, p2)) return wrong;
+    if (Check wrong = check_follows(v, p1, p2)) return wrong;
+    if (Check wrong = check_follows(v, p2, p1)) return wrong;
     if (v.is(method, exact) && v.is(statistic, t) && v.is(variance, unpooled))
         return Refusal{.argument = "variance",
                        .reason =
@@ -70,7 +70,7 @@ const Entry prop_two{{
              },
          .contradiction = impossible},
     .effect = [](const Values& v) { return v[p1] - v[p2]; },
-    .saw_tooth = [](const Values& v) -> std::optional<SawTooth> {
+    .exact_powers = [](const Values& v) -> std::optional<SawTooth> {
         if (v.is(method, approximate)) return {};
         return exact_test(v).powers(v[p1], v[p2]);
     },
