@@ -84,8 +84,8 @@ STATPOWER_API double PowerIndSampBinom(double n1, double n2, double p1, double p
 /// ceiling of r times the square of the unrounded size.) For method 1 the search is repeated below the last
 /// answer until it finds nothing new (for test 3 with the exact chi-square test), and then n1 is raised from
 /// the smallest answer until the exact power reaches the target by the test asked for, with n2 = r n1 rounded
-/// half up, but at least 1. The target is not checked. Without a cancel object the search for a power that
-/// Fisher's exact test cannot reach practically never ends.
+/// half up, but at least 1. The target is not checked. A power above the level at equal proportions, which
+/// Fisher's exact test cannot reach, is the missing value at once.
 /// @param[out] result  n1 and n2 are appended to the empty vector, the missing value twice when the search
 ///                     fails or is cancelled; a vector that is not empty is left as it is. Cancelled during
 ///                     the refinement of method 1, the sizes found before it remain.

@@ -58,7 +58,10 @@ enum StatpowerPairedProportionsInterval {
 /// P(m discordant pairs) times the conditional probability of rejection. In the lower tail X <= k is rejected
 /// for the largest k with P(X <= k) <= alpha (alpha / 2), in the upper one X > k + 1 for the largest k with
 /// P(X <= k) <= 1 - alpha; one-sided in the upper tail when p2 > p1, else in the lower one. An m with an
-/// empty region adds nothing, and neither does p1 = p2 = 0.
+/// empty region adds nothing, and neither does p1 = p2 = 0. The cost grows with the root of N and is bounded:
+/// from some 4e9 pairs on the sum is taken over a part of the numbers of discordant pairs (to about 1e-8), from
+/// 2^50 pairs on the normal approximation answers (to about 1e-7). With a cancel object it is asked once for
+/// every m up to N.
 /// @return the power; -1.0 unless N >= 2, p1 and p2 >= 0, p1 + p2 <= 1 and 0 < alpha < 1; 0 / 0 in the normal
 ///         approximation (p1 = p2 = 0) counts as a missing probability, which is an upper tail of 1
 STATPOWER_API double PowerbyPRelSampBionm(int sided, int exact, StatpowerCancel* cancel, double N, double p1,
@@ -86,7 +89,8 @@ STATPOWER_API double PowerbyMargCRelSampBionm(int sided, int exact, double N, do
 /// within 1e-9, not rounded and cannot be cancelled; the exact one is the smallest whole number that the
 /// search for saw-toothed powers finds (OptimizeRtbBionm).
 /// @return the number of pairs; the missing value when no number of pairs reaches the target (a design that
-///         the power refuses included: nothing is checked here), or when the exact search is cancelled
+///         the power refuses included: nothing is checked here), or when the exact search is cancelled. At
+///         p1 = p2 an exact power above the level is out of reach: missing without a search.
 STATPOWER_API double PowerReversebyPRelSampBionm(int sided, int exact, StatpowerCancel* cancel, double power,
                                                  double p1, double p2, double alpha);
 

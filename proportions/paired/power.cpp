@@ -1,5 +1,6 @@
 #include "proportions/paired/power.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/cancel.h"
@@ -7,6 +8,7 @@
 #include "core/result_codes.h"
 #include "core/sums.h"
 #include "orvcommon/dist_fun.h"
+#include "proportions/paired/many_pairs.h"
 #include "proportions/proportion.h"
 #include "proportions/search.h"
 #include "statpower/related_binomial.h"
@@ -50,6 +52,10 @@ bool are_margins(double pA, double pB, double rho) {
 double sample_size(int sided, int exact, OrvQueryCancel* cancel, double power, DiscordantCells cells,
                    double alpha) {
     const PairedProportionsSearch design{power, cells.p1, cells.p2, sided, exact, alpha};
+    // Where the proportions are equal the exact test rejects with probability alpha at most, whatever N.
+    constexpr double kHit = 1e-14;
+    if (exact != STATPOWER_NORMAL_APPROXIMATION && cells.p1 == cells.p2 && power > alpha + kHit)
+        return OrvMV::Missing();
     return exact != STATPOWER_NORMAL_APPROXIMATION
                ? search_exact_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
                : search_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
@@ -119,17 +125,41 @@ const PairedTest::Region& PairedTest::region(Tail tail, double discordant) {
 double PairedTest::exact_power(double N, double p1, double p2, OrvQueryCancel* cancel) {
     const double psi = p1 + p2;
     if (psi == 0) return 0;  // no discordant pair, no rejection
+    // Beyond these bounds the sum is taken in other ways, after the cancel object has been asked for every m.
+    constexpr double kFewPairs = 2000;
+    constexpr double kManyTerms = 2000;
+    constexpr double kCountable = 0x1p50;  // the normal approximation is as good from here on
+    if (N <= kFewPairs) return sum_of_terms({1, N}, 0, N, p1, p2, cancel);
+    for (double m = 1; cancel != nullptr && m <= N; ++m)
+        if (cancel->IsCancelRequested()) return OrvMV::Missing();
+    if (N > kCountable) return normal_power(N, p1, p2);
+    const DiscordantRange range = likely_discordant(N, psi);
+    if (range.count() > kManyTerms) {
+        const Tail rejected = tail(p1, p2);
+        const RejectedTails tails{rejected != kUpper, rejected != kLower, tail_level(sided_, alpha_)};
+        if (const auto power = power_of_many_pairs(N, psi, p2 / psi, tails, range)) return *power;
+    }
+    const double mode = std::max(1.0, std::floor(N * psi));
+    const double at_mode = sum_of_terms({mode, mode}, 0, N, p1, p2, nullptr);
+    return sum_of_terms(range, at_mode, N, p1, p2, nullptr);
+}
+
+/// The terms of the exact power for the numbers of discordant pairs in `range`.
+/// @param part  what the sum is known to exceed
+double PairedTest::sum_of_terms(DiscordantRange range, double part, double N, double p1, double p2,
+                                OrvQueryCancel* cancel) {
+    const double psi = p1 + p2;
     const double pc = p2 / psi;
     const Tail rejected = tail(p1, p2);
     bool failed = false;
     double power = 0;
-    for (double m = 1; m <= N; ++m) {
+    for (double m = range.first; m <= range.last; ++m) {
         if (stop_requested(cancel)) return OrvMV::Missing();
         long status = 0;
         const double weight = OrvDistFun::PdfBin(m, N, psi, status);
         // Less than half a unit in the last place of the sum: adding the term would not change it. What is
         // not computed cannot fail either.
-        if (status == 0 && weight <= power * 0x1p-55) continue;
+        if (status == 0 && (weight <= power * 0x1p-55 || weight <= part * 0x1p-65)) continue;
         const Region& region = this->region(rejected, m);
         failed = failed || region.failed;
         if (!region.lower && !region.upper) continue;

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "proportions/paired/many_pairs.h"
 #include "statpower/core.h"
 
 namespace statpower {
@@ -52,6 +53,8 @@ class PairedTest {
     };
 
     double exact_power(double N, double p1, double p2, OrvCommon_940::OrvQueryCancel* cancel);
+    double sum_of_terms(DiscordantRange range, double part, double N, double p1, double p2,
+                        OrvCommon_940::OrvQueryCancel* cancel);
     double normal_power(double N, double p1, double p2) const;
     Tail tail(double p1, double p2) const;
     const Region& region(Tail tail, double discordant);

@@ -36,6 +36,14 @@ double smallest_for_arcsine(const TwoProportionsSearch& d) {
     return a > b ? a : b;
 }
 
+/// Whether no size reaches the target: at equal proportions Fisher's test rejects with probability alpha at
+/// most.
+bool is_beyond_exact_fisher(const TwoProportionsSearch& d) {
+    constexpr double kHit = 1e-14;
+    return d.method != STATPOWER_NORMAL_APPROXIMATION && d.test == STATPOWER_FISHER && d.p1 == d.p2 &&
+           d.target > d.alpha + kHit;
+}
+
 }  // namespace
 
 double PowerIndSampBinom(double n1, double n2, double p1, double p2, double alpha, int method, int test,
@@ -106,8 +114,8 @@ void PowerReverseIndSampBinom(double power, double p1, double p2, double r, doub
                                       pooled};
     const double low = test == STATPOWER_FISHER ? smallest_for_arcsine(design) : 2;
     const double high = test == STATPOWER_FISHER ? low + kFirstReach : kFirstReach;
-    const double N =
-        stop_requested(cancel) ? OrvMV::Missing() : search_size(design, IndSampBinomFunc, cancel, low, high);
+    const bool hopeless = stop_requested(cancel) || is_beyond_exact_fisher(design);
+    const double N = hopeless ? OrvMV::Missing() : search_size(design, IndSampBinomFunc, cancel, low, high);
     if (OrvMV::IsMissing(N)) {
         result.assign(2, OrvMV::Missing());
         return;

@@ -331,6 +331,34 @@ TEST(TwoProportionsSize, AVectorThatHoldsSomethingIsLeftAlone) {
     EXPECT_THAT(result, ElementsAre(7));
 }
 
+TEST(TwoProportionsSize, FishersTestReachesNoMoreThanItsLevelAtEqualProportions) {
+    for (int sides : {0, 1})
+        for (int method : {1, 2}) {
+            Question q{.p1 = 0.3, .p2 = 0.3, .method = method, .test = 3, .sides = sides};
+            CountingCancel cancel;
+            EXPECT_EQ(q.sizes(&cancel), kFailed);
+            EXPECT_EQ(cancel.queries, 1);
+            EXPECT_EQ(q.sizes(), kFailed);
+        }
+    // Every size keeps the level, fractional ones included.
+    Question q{.p1 = 0.3, .p2 = 0.3, .test = 3};
+    for (int sides : {0, 1})
+        for (double n : {10.0, 10.5, 33.3, 120.9, 600.75}) {
+            q.sides = sides;
+            EXPECT_LE(q.power(n, 1.25 * n), 0.05) << n;
+        }
+}
+
+TEST(TwoProportionsSize, ACancelObjectIsHeardBeforeBigGroupsAreBuilt) {
+    for (int test = 0; test < 4; ++test)
+        for (long stop_at : {1L, 2L}) {
+            CountingCancel cancel(stop_at);
+            Question q{.test = test};
+            EXPECT_TRUE(OrvMV::IsMissing(q.power(1e9, 1e9, &cancel)));
+            EXPECT_EQ(cancel.queries, stop_at);
+        }
+}
+
 TEST(TwoProportionsSize, ATargetThatNoSizeReachesIsMissing) {
     for (int method : {0, 1}) EXPECT_EQ((Question{.p2 = 0.2, .method = method}.sizes()), kFailed);
     EXPECT_EQ((Question{.p2 = 0.2, .method = 0, .test = 3}.sizes()), kFailed);
