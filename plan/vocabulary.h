@@ -27,10 +27,12 @@ inline const Argument alternative{
     .otherwise = two_sided,
     .choices = {"two-sided", "one-sided", "greater", "less"}};
 
+/// Critical values are those of 1 - alpha, which rounds: below the least level, powers would lose all digits.
+inline constexpr double kLeastAlpha = 1e-12;
 inline const Argument alpha{.name = "alpha",
                             .meaning = "Significance level",
                             .unit = "probability",
-                            .range = kInside01,
+                            .range = {.low = kLeastAlpha, .high = 1, .low_open = false},
                             .otherwise = 0.05};
 
 enum Method { approximate, exact };

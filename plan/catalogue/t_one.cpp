@@ -19,14 +19,16 @@ const Entry t_one{{
               .options = {alternative, alpha},
               .value =
                   [](const Values& v, Cancel*) {
-                      return (sided(v) ? PowerOneSampleDirectional : PowerOneSampleNondirectional)(
-                          v[n], v[mean], v[sd], v[null_mean], v[alpha]);
+                      const auto power = sided(v) ? PowerOneSampleDirectional : PowerOneSampleNondirectional;
+                      return probability(power(v[n], v[mean], v[sd], v[null_mean], v[alpha]));
                   }},
     .effect = [](const Values& v) { return v[mean] - v[null_mean]; },
     .precision = {.ways = {{{sd}}},
                   .options = {confidence},
-                  .value = [](const Values& v,
-                              Cancel*) { return HalfCIOneSampleMeans(v[n], v[sd], 1 - v[confidence]); }},
+                  .value =
+                      [](const Values& v, Cancel*) {
+                          return width(HalfCIOneSampleMeans(v[n], v[sd], 1 - v[confidence]));
+                      }},
     .effects = {{d, [](const Values& v) { return EffectSizeOneSample(v[mean], v[sd], v[null_mean]); }}},
     .method = [](const Values&) -> std::string { return "noncentral t distribution"; },
     .sources =

@@ -76,7 +76,7 @@ TEST(Questions, ArgumentsWithoutEffectAreRefused) {
 TEST(Questions, ValuesOutOfRangeAreNamedWithTheRule) {
     EXPECT_EQ(refusal_of("t-one power --mean 1 --sd -2 --n 30"), "sd: -2 is not greater than 0");
     EXPECT_EQ(refusal_of("t-one power --d 1 --n 30 --alpha 1"),
-              "alpha: 1 is not greater than 0 and less than 1");
+              "alpha: 1 is not at least 1e-12 and less than 1");
     EXPECT_EQ(refusal_of("t-one power --d 1 --n 30.5"), "n: 30.5 is not a whole number, at least 1");
     EXPECT_EQ(refusal_of("t-one power --d 1 --n 1"), "n: leaves a group of fewer than 2 observations");
     EXPECT_EQ(refusal_of("t-one power --d x --n 9"), "d: 'x' is not a number");

@@ -86,7 +86,7 @@ TEST(Ndjson, HasALineForEachRow) {
 TEST(Explanations, HaveMeaningUnitRangeDefaultAndAnExample) {
     const std::string text = to_text(explained(*find_test("t-one"), "size"));
     EXPECT_THAT(text,
-                HasSubstr("  --alpha        Significance level (probability; greater than 0 and less than 1; "
+                HasSubstr("  --alpha        Significance level (probability; at least 1e-12 and less than 1; "
                           "0.05 unless\n                 given)\n"));
     EXPECT_THAT(text, HasSubstr("    statpower t-one size --d 0.5\n"));
     EXPECT_THAT(text, Not(HasSubstr("--n ")));
