@@ -167,28 +167,42 @@ size_t statplan_run(const statplan_plan* prepared, size_t rows, const statplan_c
     const auto& given = plan.given();
     Callback callback(cancel, context);
     Values values = plan.blank();
+    const auto read = [&](size_t i, ptrdiff_t row) {
+        const statplan_column& column = columns[i];
+        if (given[i]->kind != Kind::list) {
+            values.set(*given[i], element(column.values, row * column.stride));
+            return;
+        }
+        const auto list = values.set_list(*given[i], column.length);
+        for (size_t j = 0; j < column.length; ++j)
+            list[j] = element(column.values, row * column.stride + static_cast<ptrdiff_t>(j) * column.inner);
+    };
+    // What is the same in all rows is read and checked once (with what depends on a choice, which may vary).
+    std::vector<size_t> varying;
+    std::vector<const Argument*> same, checked;
+    for (size_t i = 0; i < given.size(); ++i) {
+        const bool varies = columns[i].stride != 0;
+        if (varies)
+            varying.push_back(i);
+        else
+            read(i, 0);
+        (varies || !given[i]->only.empty() ? checked : same).push_back(given[i]);
+    }
+    const bool same_wrong = plan.check(values, same).has_value();
+    Plan::Answer answer;
     for (size_t row = 0; row < rows; ++row) {
         const auto r = static_cast<ptrdiff_t>(row);
-        for (size_t i = 0; i < given.size(); ++i) {
-            const statplan_column& column = columns[i];
-            if (given[i]->kind != Kind::list) {
-                values.set(*given[i], element(column.values, r * column.stride));
-            } else {
-                const auto list = values.set_list(*given[i], column.length);
-                for (size_t j = 0; j < column.length; ++j)
-                    list[j] =
-                        element(column.values, r * column.stride + static_cast<ptrdiff_t>(j) * column.inner);
-            }
-        }
+        for (const size_t i : varying) read(i, r);
         if (plan.unknown()) values.clear(*plan.unknown());
-        Plan::Answer answer;
-        const Check wrong = plan.answer(values, answer, callback.or_null());
-        if (callback.IsCancelRequested()) return row;
+        answer.other = kNotGiven;
+        const bool answered = !same_wrong && !plan.check(values, checked) &&
+                              !plan.answer_checked(values, answer, callback.or_null());
+        if (cancel && callback.IsCancelRequested()) return row;
         for (size_t i = 0; i < prepared->outputs.size(); ++i)
-            if (wrong)
-                write_none(outputs[i], r);
-            else
+            if (answered)
                 write(prepared->outputs[i], outputs[i], r, plan, values, answer, callback.or_null());
+            else
+                write_none(outputs[i], r);
     }
     return rows;
 }

@@ -43,6 +43,7 @@ std::string_view in_words(Family family) {
 
 Json described(const Argument& a, const std::vector<Argument>& options) {
     Json json{{"name", a.name}, {"meaning", a.meaning}, {"kind", in_words(a.kind)}, {"rule", rule_of(a)}};
+    if (a.whole_elements) json["whole"] = true;
     if (!a.unit.empty()) json["unit"] = a.unit;
     const auto limit = [&](const char* name, double value, bool open) {
         if (std::isfinite(value)) json[name] = {{"value", value}, {"open", open}};

@@ -159,7 +159,10 @@ struct Plan::Parts {
             values.set(names.front(), found);
     }
 
-    Check check_values(const Values& values) const;
+    bool names_direction(const Values& values) const {
+        return !precision && test->effect &&
+               (values.is(alternative, greater) || values.is(alternative, less));
+    }
     Check check_direction(const Values& values) const;
     /// Does the measure jump up and down as sizes grow?
     bool jumps(const Values& values) const {
@@ -441,46 +444,51 @@ std::vector<const Argument*> Plan::used(const Values& values) const {
 
 namespace {
 
-Check check_value(const Argument& a, double x) {
-    const auto refused = [&] {
-        return refusal(a.name, std::isnan(x) ? "is not a number" : exactly(x) + " is not " + rule_of(a));
-    };
-    const bool in_range = a.kind == Kind::choice
-                              ? x >= 0 && x < static_cast<double>(a.choices.size()) && x == std::trunc(x)
-                              : a.range.holds(x) && (a.kind != Kind::whole || x == std::trunc(x));
-    if (!in_range) return refused();
-    return {};
+/// Whole numbers are those that a 64-bit integer keeps (a conversion, where std::trunc may be a call).
+bool is_whole(double x) {
+    return std::abs(x) < 9e18 && x == static_cast<double>(static_cast<long long>(x));
+}
+
+inline bool allows(const Argument& a, double x) {
+    if (a.kind == Kind::choice) return x >= 0 && x < static_cast<double>(a.choices.size()) && is_whole(x);
+    return a.range.holds(x) && (!(a.kind == Kind::whole || a.whole_elements) || is_whole(x));
+}
+
+Refusal not_allowed(const Argument& a, double x) {
+    return refusal(a.name, std::isnan(x) ? "is not a number" : exactly(x) + " is not " + rule_of(a));
+}
+
+/// "continuity: has an effect only with statistic chi-square"
+Refusal has_no_effect(const Argument& a, const std::vector<const Argument*>& known) {
+    std::string where;
+    for (const Only& only : a.only) {
+        std::vector<std::string> words;
+        for (const int position : only.choices) words.push_back(value_of(*find(known, only.name), position));
+        where += (where.empty() ? "" : " and ") + std::string(only.name) + " " + joined(words, " or ");
+    }
+    return refusal(a.name, "has an effect only with " + where);
 }
 
 }  // namespace
 
-Check Plan::Parts::check_values(const Values& values) const {
-    for (const Argument* a : given) {
+Check Plan::check(const Values& values, std::span<const Argument* const> arguments) const {
+    for (const Argument* a : arguments) {
         if (a->kind == Kind::list) {
             if (values.list(*a).size() < 2)
                 return refusal(a->name, "needs a number for each of two or more groups");
             for (const double x : values.list(*a))
-                if (Check wrong = check_value(*a, x)) return wrong;
-        } else if (Check wrong = check_value(*a, values[*a])) {
-            return wrong;
+                if (!allows(*a, x)) return not_allowed(*a, x);
+        } else if (!allows(*a, values[*a])) {
+            return not_allowed(*a, values[*a]);
         }
-        if (!a->only.empty() && !applies(*a, values)) {
-            std::string where;
-            for (const Only& only : a->only) {
-                const Argument* choice = find(arguments_of(*test, *measure), only.name);
-                std::vector<std::string> words;
-                for (const int position : only.choices) words.push_back(value_of(*choice, position));
-                where +=
-                    (where.empty() ? "" : " and ") + std::string(only.name) + " " + joined(words, " or ");
-            }
-            return refusal(a->name, "has an effect only with " + where);
-        }
+        if (!a->only.empty() && !applies(*a, values))
+            return has_no_effect(*a, arguments_of(*parts_->test, *parts_->measure));
     }
     return {};
 }
 
 Check Plan::Parts::check_direction(const Values& values) const {
-    if (precision || !test->effect || std::isnan(values[alternative])) return {};
+    if (!names_direction(values)) return {};
     const double effect = test->effect(values);
     const bool wrong =
         (values.is(alternative, greater) && effect < 0) || (values.is(alternative, less) && effect > 0);
@@ -645,26 +653,32 @@ Check Plan::Parts::find_whole(Values& values, Answer& answer, Cancel* cancel) co
 }
 
 Check Plan::answer(Values& values, Answer& answer, Cancel* cancel) const {
+    if (Check wrong = check(values, parts_->given)) return wrong;
+    return answer_checked(values, answer, cancel);
+}
+
+Check Plan::answer_checked(Values& values, Answer& answer, Cancel* cancel) const {
     const Parts& p = *parts_;
-    if (Check wrong = p.check_values(values)) return wrong;
     if (p.effect_only && !p.size_way) p.set_sizes(values, p.test->sizes.share(values));
     p.complete(values);
     if (p.measure->contradiction)
         if (Check wrong = p.measure->contradiction(values)) return wrong;
-    if (p.size_way)
+    if (p.size_way) {
+        const double least = p.test->sizes.least(values);
         for (const Argument& a : p.test->sizes.found) {
-            const double least = p.test->sizes.least(values);
             const auto too_small = [&](double size) { return size < least; };
             const Argument& named = p.size_way->arguments.front();
             if (a.kind == Kind::list ? std::ranges::any_of(values.list(a), too_small) : too_small(values[a]))
                 return refusal(named.name, "leaves a group of fewer than " + number(least) + " observations");
         }
+    }
     if (p.effect_only) return {};
     if (p.unknown) {
         const bool whole = p.unknown->kind == Kind::whole;
         return whole ? p.find_whole(values, answer, cancel) : p.find_argument(values, answer, cancel);
     }
-    if (Check wrong = p.check_direction(values)) return wrong;
+    if (p.names_direction(values))
+        if (Check wrong = p.check_direction(values)) return wrong;
     if (p.sizes_sought()) return p.find_sizes(values, answer, cancel);
     answer.reached = p.measure->value(values, cancel);
     if (stopped(cancel) && std::isnan(answer.reached)) return kCancelled;

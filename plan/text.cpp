@@ -108,8 +108,10 @@ std::string rule_of(const Argument& a) {
     if (low > -kInfinity) limits.push_back((low_open ? "greater than " : "at least ") + number(low));
     if (high < kInfinity) limits.push_back((high_open ? "less than " : "at most ") + number(high));
     const std::string limit = joined(limits);
-    if (a.kind == Kind::list)
-        return limits.empty() ? "a list of numbers" : "a list of numbers, each " + limit;
+    if (a.kind == Kind::list) {
+        const std::string numbers = a.whole_elements ? "a list of whole numbers" : "a list of numbers";
+        return limits.empty() ? numbers : numbers + ", each " + limit;
+    }
     if (a.kind == Kind::whole) return limits.empty() ? "a whole number" : "a whole number, " + limit;
     return limits.empty() ? "a number" : limit;
 }

@@ -87,6 +87,7 @@ inline const Argument sizes{.name = "sizes",
                             .unit = "observations",
                             .range = kSize,
                             .kind = Kind::list,
+                            .whole_elements = true,
                             .phrase = "groups of {}"};
 inline const Argument ratio{.name = "ratio",
                             .meaning = "Allocation: size of the second group over the first",

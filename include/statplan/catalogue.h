@@ -64,6 +64,7 @@ struct STATPLAN_API Argument {
     std::string_view unit = {};
     Range range = {};  // of each element of a list
     Kind kind = Kind::number;
+    bool whole_elements = false;                 // of a list
     std::optional<double> otherwise = {};        // where it is not given; none: it must be
     std::vector<std::string_view> choices = {};  // in the order of their values 0, 1, ...
     std::optional<Null> null = {};               // of an effect

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -191,7 +192,7 @@ class STATPLAN_API Plan {
     };
 
     /// Finds the unknown of a design and sets it in `values`; the raw values that follow are set, too.
-    /// @return nothing when it was found, otherwise why not. Ranges are checked.
+    /// @return nothing when it was found, otherwise why not: the given arguments are checked first
     Check answer(Values& values, Answer& answer, Cancel* cancel = nullptr) const;
 
     /// An answered design's answer: what was found, the power or half-width reached, and the actual level of an
@@ -199,6 +200,12 @@ class STATPLAN_API Plan {
     std::vector<Item> items(const Values& values, const Answer& answer, Cancel* cancel = nullptr) const;
     /// Names of all items that answers may have.
     std::vector<std::string_view> item_names() const;
+
+    /// Are these arguments in their ranges, and do they matter?
+    Check check(const Values& values, std::span<const Argument* const> arguments) const;
+
+    /// As `answer`, for given arguments that are known to pass `check`.
+    Check answer_checked(Values& values, Answer& answer, Cancel* cancel = nullptr) const;
 
     ~Plan();
     Plan(Plan&&) noexcept;
