@@ -14,7 +14,6 @@
 #include "orvcommon/noncentral.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -34,25 +33,61 @@ constexpr int kMaxTerms = 1500;  // never met: the sums end after some 12 standa
 constexpr double kSmallestT = 1e-99, kLargestT = 1e99;  // in between, t^2 neither overflows nor underflows
 constexpr double kGammaLike = 1e30;  // Poisson mean from which the mixture is as good as one gamma variable
 
-/// K mixtures that run side by side: number i has shape parameters a + j and Poisson weights of index j for
-/// j = i/2, 1 + i/2, ... The noncentral F distribution is one of them, the noncentral t has a half of each
-/// parity.
-template <std::size_t K>
+/// Two doubles that are computed with side by side, in one register where there is one.
+using Pair = double __attribute__((vector_size(2 * sizeof(double))));
+
+double first(double v) {
+    return v;
+}
+double first(Pair v) {
+    return v[0];
+}
+double last(double v) {
+    return v;
+}
+double last(Pair v) {
+    return v[1];
+}
+double total(double v) {
+    return v;
+}
+double total(Pair v) {
+    return v[0] + v[1];
+}
+double not_negative(double v) {
+    return std::max(v, 0.0);
+}
+Pair not_negative(Pair v) {
+    return v < 0.0 ? Pair{} : v;
+}
+
+/// The index of each mixture where the first one is at j.
+void set_index(double& index, double j) {
+    index = j;
+}
+void set_index(Pair& index, double j) {
+    index = Pair{j, j + 0.5};
+}
+
+/// Mixtures that run side by side: number i has shape parameters a + j and Poisson weights of index j for
+/// j = i/2, 1 + i/2, ... The noncentral F distribution is one of them (Numbers is double), the noncentral t has a
+/// half of each parity (Pair).
+template <class Numbers>
 struct Mixture {
-    double h;                    // Poisson mean
-    double a;                    // smallest shape parameter
-    int start;                   // where the sums start: index j = start + i/2
-    BetaPoint point;             // of the first mixture there
-    std::array<double, K> w, g;  // weights and differences there
+    double h;         // Poisson mean
+    double a;         // smallest shape parameter
+    int start;        // where the sums start: index j = start + i/2
+    BetaPoint point;  // of the first mixture there
+    Numbers w, g;     // weights and differences there
 };
 
 /// Where the terms of the mixtures stand.
-template <std::size_t K>
+template <class Numbers>
 class Terms {
   public:
-    std::array<double, K> w, g;  // weights and differences
+    Numbers w, g;  // weights and differences
 
-    explicit Terms(const Mixture<K>& m)
+    explicit Terms(const Mixture<Numbers>& m)
         : w(m.w),
           g(m.g),
           h_(m.h),
@@ -61,124 +96,115 @@ class Terms {
           x_low_(m.point.x_low),
           n_(m.a + m.point.b),
           d_(m.a + 1) {
-        for (std::size_t i = 0; i < K; ++i) j_[i] = m.start + 0.5 * static_cast<double>(i);
+        set_index(j_, m.start);
     }
 
     /// One index up: w_(j+1) / w_j = h / (j + 1), g_(j+1) / g_j = x (a + b + j) / (a + 1 + j).
     void step_up() {
-        for (std::size_t i = 0; i < K; ++i) {
-            const double n = n_ + j_[i];
-            ratio_g_[i] = (x_ * n + x_low_ * n) / (d_ + j_[i]);  // x_low keeps a long product exact
-            j_[i] += 1;
-            ratio_w_[i] = h_ / j_[i];
-            w[i] *= ratio_w_[i];
-            g[i] *= ratio_g_[i];
-        }
+        const Numbers n = n_ + j_;
+        ratio_g_ = (x_ * n + x_low_ * n) / (d_ + j_);  // x_low keeps a long product exact
+        j_ += 1;
+        ratio_w_ = h_ / j_;
+        w *= ratio_w_;
+        g *= ratio_g_;
     }
 
     void step_down() {
-        for (std::size_t i = 0; i < K; ++i) {
-            w[i] *= j_[i] * inverse_h_;
-            j_[i] -= 1;
-            const double n = n_ + j_[i];
-            g[i] *= (d_ + j_[i]) / (x_ * n + x_low_ * n);
-        }
+        w *= j_ * inverse_h_;
+        j_ -= 1;
+        const Numbers n = n_ + j_;
+        g *= (d_ + j_) / (x_ * n + x_low_ * n);
     }
 
     /// Bounds of all ratios after a step up. Those of the weights fall, the first mixture's are the largest;
     /// those of the differences tend to x from either side.
-    double ratio_w() const { return ratio_w_[0]; }
-    double ratio_g() const { return std::max(x_, *std::max_element(ratio_g_.begin(), ratio_g_.end())); }
+    double ratio_w() const { return first(ratio_w_); }
+    double ratio_g() const { return std::max(x_, std::max(first(ratio_g_), last(ratio_g_))); }
 
     /// Ratio of the next step down in the weights; the last mixture has the larger.
-    double ratio_down() const { return j_[K - 1] * inverse_h_; }
+    double ratio_down() const { return last(j_) * inverse_h_; }
 
   private:
     double h_, inverse_h_, x_, x_low_, n_, d_;
-    std::array<double, K> j_, ratio_w_, ratio_g_;
+    Numbers j_, ratio_w_, ratio_g_;
 };
 
-template <std::size_t K>
-double total(const std::array<double, K>& v) {
-    double sum = v[0];
-    for (std::size_t i = 1; i < K; ++i) sum += v[i];
-    return sum;
-}
-
-/// Whether terms of this size, falling at least by this ratio from one to the next, are nothing to the sum.
-template <std::size_t K>
-bool is_nothing(const std::array<double, K>& terms, double ratio, const std::array<double, K>& sum) {
-    return total(terms) <= 1e-17 * total(sum) * (1 - ratio);
+/// Whether terms of this size, falling at least by this ratio (a function) from one to the next, are nothing to the
+/// sum.
+template <class Numbers, class Ratio>
+bool are_nothing(Numbers terms, Ratio ratio, Numbers sum) {
+    const Numbers least = 1.1e-17 * sum;  // cheaper to look at first, and mostly exceeded
+    if (first(terms) > first(least) && last(terms) > last(least)) return false;
+    return total(terms) <= 1e-17 * total(sum) * (1 - ratio());
 }
 
 /// sum of w_j I_x(a + j, b) of each mixture.
-template <std::size_t K>
-std::array<double, K> lower_sums(const Mixture<K>& m) {
-    std::array<double, K> sum{}, weights{}, tail{};  // tail: I_j as the sum of the g from j upwards
-    Terms<K> up(m), down(m);
+template <class Numbers>
+Numbers lower_sums(const Mixture<Numbers>& m) {
+    Numbers sum{}, weights{}, tail{};  // tail: I_j as the sum of the g from j upwards
+    Terms<Numbers> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        for (std::size_t i = 0; i < K; ++i) {
-            weights[i] += up.w[i];
-            sum[i] += weights[i] * up.g[i];
-            tail[i] += up.g[i];
-        }
+        weights += up.w;
+        sum += weights * up.g;
+        tail += up.g;
         up.step_up();
-        if (is_nothing(up.g, up.ratio_g(), sum)) break;
+        if (are_nothing(
+                up.g, [&] { return up.ratio_g(); }, sum))
+            break;
     }
     for (int j = m.start; j > 0; --j) {
         count_step();
         down.step_down();
-        for (std::size_t i = 0; i < K; ++i) {
-            tail[i] += down.g[i];
-            sum[i] += down.w[i] * tail[i];
-        }
-        if (is_nothing(down.w, down.ratio_down(), sum)) break;
+        tail += down.g;
+        sum += down.w * tail;
+        if (are_nothing(
+                down.w, [&] { return down.ratio_down(); }, sum))
+            break;
     }
     return sum;
 }
 
 /// The same downwards from the start, given I there: for a start beyond which the weights are negligible.
-template <std::size_t K>
-std::array<double, K> lower_sums_from_above(const Mixture<K>& m, const std::array<double, K>& first) {
-    std::array<double, K> sum{}, tail = first;
-    Terms<K> down(m);
-    for (std::size_t i = 0; i < K; ++i) sum[i] = down.w[i] * tail[i];
+template <class Numbers>
+Numbers lower_sums_from_above(const Mixture<Numbers>& m, Numbers top) {
+    Terms<Numbers> down(m);
+    Numbers tail = top, sum = down.w * tail;
     for (int j = m.start; j > 0; --j) {
         count_step();
         down.step_down();
-        for (std::size_t i = 0; i < K; ++i) {
-            tail[i] += down.g[i];
-            sum[i] += down.w[i] * tail[i];
-        }
-        if (is_nothing(down.w, down.ratio_down(), sum)) break;
+        tail += down.g;
+        sum += down.w * tail;
+        if (are_nothing(
+                down.w, [&] { return down.ratio_down(); }, sum))
+            break;
     }
     return sum;
 }
 
 /// sum of w_j (1 - I_x(a + j, b)) of each mixture, given 1 - I at the first index.
-template <std::size_t K>
-std::array<double, K> upper_sums(const Mixture<K>& m, const std::array<double, K>& first) {
-    std::array<double, K> sum{}, tail = first;
-    Terms<K> up(m), down(m);
+template <class Numbers>
+Numbers upper_sums(const Mixture<Numbers>& m, Numbers top) {
+    Numbers sum{}, tail = top;
+    Terms<Numbers> up(m), down(m);
     for (int n = 0; n < kMaxTerms; ++n) {
         count_step();
-        for (std::size_t i = 0; i < K; ++i) {
-            sum[i] += up.w[i] * tail[i];
-            tail[i] += up.g[i];
-        }
+        sum += up.w * tail;
+        tail += up.g;
         up.step_up();
-        if (is_nothing(up.w, up.ratio_w(), sum)) break;
+        if (are_nothing(
+                up.w, [&] { return up.ratio_w(); }, sum))
+            break;
     }
-    tail = first;
+    tail = top;
     for (int j = m.start; j > 0; --j) {
         count_step();
         down.step_down();
-        for (std::size_t i = 0; i < K; ++i) {
-            tail[i] = std::max(tail[i] - down.g[i], 0.0);
-            sum[i] += down.w[i] * tail[i];
-        }
-        if (is_nothing(down.w, down.ratio_down(), sum)) break;
+        tail = not_negative(tail - down.g);
+        sum += down.w * tail;
+        if (are_nothing(
+                down.w, [&] { return down.ratio_down(); }, sum))
+            break;
     }
     return sum;
 }
@@ -196,8 +222,8 @@ int top_index(double h) {
 }
 
 /// Whether the differences die out about as soon as the Poisson weights do.
-template <std::size_t K>
-bool differences_die_out(const Mixture<K>& m) {
+template <class Numbers>
+bool differences_die_out(const Mixture<Numbers>& m) {
     return beta_series_is_short(m.point, 70 + m.h - m.start + 8.9 * std::sqrt(m.h));
 }
 
@@ -231,33 +257,33 @@ Tails large_mean(TwoDoubles r, double a, double b, TwoDoubles h) {
     return saddlepoint_tails({a, b, h.high, r.high / b, t.high + (s.low + t.low + h.low - r.low)});
 }
 
-Mixture<1> f_mixture(const BetaPoint& origin, double h, int start) {
+Mixture<double> f_mixture(const BetaPoint& origin, double h, int start) {
     const BetaPoint point = raised(origin, start);
     return {h, origin.a, start, point, {poisson_weight(start, h)}, {beta_prefix(point)}};
 }
 
 /// The two halves of the noncentral t distribution, from the point of the parameters (1/2, b).
-Mixture<2> t_mixture(const BetaPoint& origin, double h, int start) {
+Mixture<Pair> t_mixture(const BetaPoint& origin, double h, int start) {
     const BetaPoint p = raised(origin, start);
     const double w = poisson_weight(start, h), g = beta_prefix(p);
     return {h,
             origin.a,
             start,
             p,
-            {w, w * std::sqrt(h) / gamma_half_ratio(start + 1.0)},
-            {g, g * std::sqrt(p.x) * gamma_half_ratio(p.a + p.b) / gamma_half_ratio(p.a + 1)}};
+            Pair{w, w * std::sqrt(h) / gamma_half_ratio(start + 1.0)},
+            Pair{g, g * std::sqrt(p.x) * gamma_half_ratio(p.a + p.b) / gamma_half_ratio(p.a + 1)}};
 }
 
 /// The same from index 0, where all is elementary; y_to_b is y^b.
-Mixture<2> t_mixture_from_zero(const BetaPoint& p, double delta, double y_to_b) {
+Mixture<Pair> t_mixture_from_zero(const BetaPoint& p, double delta, double y_to_b) {
     const double h = 0.5 * delta * delta, h_low = 0.5 * std::fma(delta, delta, -(delta * delta));
     const double w = std::exp(-h) * (1 - h_low), g = y_to_b * (2 * inv_sqrtpi);
     return {h,
             p.a,
             0,
             p,
-            {w, w * std::fabs(delta) * (sqrt2 * inv_sqrtpi)},
-            {g * std::sqrt(p.x) * gamma_half_ratio(p.b), (p.x * p.b + p.x_low * p.b) * y_to_b}};
+            Pair{w, w * std::fabs(delta) * (sqrt2 * inv_sqrtpi)},
+            Pair{g * std::sqrt(p.x) * gamma_half_ratio(p.b), (p.x * p.b + p.x_low * p.b) * y_to_b}};
 }
 
 /// The noncentral F distribution at r = a x; parameters and r in their ranges.
@@ -265,13 +291,13 @@ Tails noncentral_f_at(TwoDoubles r, double a, double b, double h) {
     if (h > kMaxMean) return large_mean(r, a, b, {h, 0});
     const BetaPoint p = BetaPoint::at_ratio(r, a, b);
     if (h < kCentral) return beta_tails(p);
-    const Mixture<1> m = f_mixture(p, h, start_index(p, h));
-    if (differences_die_out(m)) return Tails::from_lower(lower_sums(m)[0]);
+    const Mixture<double> m = f_mixture(p, h, start_index(p, h));
+    if (differences_die_out(m)) return Tails::from_lower(lower_sums(m));
     if (is_far_below(p, h)) {
-        const Mixture<1> top = f_mixture(p, h, top_index(h));
-        return Tails::from_lower(lower_sums_from_above(top, {beta_tails(top.point, top.g[0]).lower})[0]);
+        const Mixture<double> top = f_mixture(p, h, top_index(h));
+        return Tails::from_lower(lower_sums_from_above(top, beta_tails(top.point, top.g).lower));
     }
-    return Tails::from_upper(upper_sums(m, {beta_tails(m.point, m.g[0]).upper})[0]);
+    return Tails::from_upper(upper_sums(m, beta_tails(m.point, m.g).upper));
 }
 
 TwoDoubles half(TwoDoubles v) {
@@ -294,9 +320,9 @@ Tails noncentral_t_at(double t, double df, double delta) {
     const BetaPoint p = BetaPoint::at_ratio(r, 0.5, b);
     const int start = start_index(p, h);
     const double y_to_b = start == 0 ? std::exp(-b * std::log1p(r.high / b)) : 0;
-    const Mixture<2> m = start == 0 ? t_mixture_from_zero(p, delta, y_to_b) : t_mixture(p, h, start);
+    const Mixture<Pair> m = start == 0 ? t_mixture_from_zero(p, delta, y_to_b) : t_mixture(p, h, start);
     // P(T <= t) = Phi(-delta) + half of the sum of both halves, the odd one with the sign of delta.
-    const auto half_of = [delta](const std::array<double, 2>& sums) {
+    const auto half_of = [delta](Pair sums) {
         return std::max(0.0, 0.5 * (sums[0] + std::copysign(sums[1], delta)));
     };
     if (differences_die_out(m)) {
@@ -305,13 +331,14 @@ Tails noncentral_t_at(double t, double df, double delta) {
                          : Tails::from_upper(std::max(0.0, normal_cdf(delta) - between));
     }
     if (delta > 1 && is_far_below(p, h)) {  // else the lower tail is not small
-        const Mixture<2> top = t_mixture(p, h, top_index(h));
-        const auto sums = lower_sums_from_above(
-            top, {beta_tails(top.point, top.g[0]).lower, beta_tails(raised(top.point, 0.5), top.g[1]).lower});
+        const Mixture<Pair> top = t_mixture(p, h, top_index(h));
+        const Pair sums = lower_sums_from_above(
+            top,
+            Pair{beta_tails(top.point, top.g[0]).lower, beta_tails(raised(top.point, 0.5), top.g[1]).lower});
         return Tails::from_lower(normal_cdf(-delta) + half_of(sums));
     }
     const double odd = start == 0 ? y_to_b : beta_tails(raised(m.point, 0.5), m.g[1]).upper;
-    return Tails::from_upper(half_of(upper_sums(m, {beta_tails(m.point, m.g[0]).upper, odd})));
+    return Tails::from_upper(half_of(upper_sums(m, Pair{beta_tails(m.point, m.g[0]).upper, odd})));
 }
 
 }  // namespace
