@@ -7,6 +7,7 @@
 
 #include "core/cancel.h"
 #include "core/rejection.h"
+#include "core/sums.h"
 #include "core/result_codes.h"
 #include "orvcommon/dist_fun.h"
 #include "proportions/proportion.h"
@@ -59,16 +60,37 @@ std::optional<double> walk(Candidates counts, Matches matches, OrvQueryCancel* c
     return counts.end();
 }
 
-/// The candidate k at which F passes a level, beyond(F(k + 1)) and not beyond(F(k)), by bisection; the end of
-/// the candidates where there is none, nothing when the distribution library fails on the way.
+/// About the largest count k with F(k) <= probability: the Cornish-Fisher expansion to its third cumulant.
+double approximate_quantile(const BinomialCdf& F, double probability) {
+    const double q = 1 - F.p, z = OrvDistFun::IdfStdNorm(probability);
+    return std::floor(F.N * F.p + std::sqrt(F.N * F.p * q) * z + (q - F.p) * (square(z) - 1) / 6 - 0.5);
+}
+
+/// The candidate k at which F passes a level, beyond(F(k + 1)) and not beyond(F(k)): from the guess outwards by
+/// doubling, then by bisection. The end of the candidates where there is none, nothing when the distribution
+/// library fails on the way.
 template <class Beyond>
-std::optional<double> bisect(Candidates counts, const BinomialCdf& F, Beyond beyond) {
-    double low = std::min(counts.first, counts.last);
-    double high = std::max(counts.first, counts.last) + 1;
-    const double at_low = F(low);
-    const double at_high = F(high);
-    if (std::isnan(at_low) || std::isnan(at_high)) return std::nullopt;
-    if (beyond(at_low) || !beyond(at_high)) return counts.end();
+std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, double guess, Beyond beyond) {
+    const double lowest = std::min(counts.first, counts.last);
+    const double highest = std::max(counts.first, counts.last) + 1;
+    double low = guess >= lowest ? std::min(guess, highest) : lowest;
+    double high = low;
+    double at_low = F(low);
+    double at_high = at_low;
+    for (double step = 1; beyond(at_low); step *= 2) {
+        if (low == lowest) return counts.end();
+        high = low;
+        low = std::max(lowest, low - step);
+        at_low = F(low);
+    }
+    for (double step = 1; !beyond(at_high); step *= 2) {
+        if (std::isnan(at_high)) return std::nullopt;
+        if (high == highest) return counts.end();
+        low = high;
+        high = std::min(highest, high + step);
+        at_high = F(high);
+    }
+    if (std::isnan(at_low)) return std::nullopt;
     for (;;) {
         const double middle = low + std::floor((high - low) / 2);
         // Neighbours; beyond 2^53 neighbouring doubles.
@@ -82,13 +104,13 @@ std::optional<double> bisect(Candidates counts, const BinomialCdf& F, Beyond bey
 /// The critical count: the first candidate k at which F passes a level, both F(k) and F(k + 1) being computed
 /// without failure; the end of the candidates where there is none, nothing when cancelled.
 ///
-/// The rule is a walk over the candidates. As F increases there is one such count at most, and bisection
-/// finds it; the cancel object is asked as often as the walk would ask it. Only where the distribution
+/// The rule is a walk over the candidates. As F increases there is one such count at most, and it is looked for
+/// around a guess; the cancel object is asked as often as the walk would ask it. Only where the distribution
 /// library fails, so that candidates have to be passed over, is the walk really made.
 template <class Beyond>
-std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, Beyond beyond,
+std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, double guess, Beyond beyond,
                                      OrvQueryCancel* cancel) {
-    if (const auto found = bisect(counts, F, beyond)) {
+    if (const auto found = passing_count(counts, F, guess, beyond)) {
         if (cancel == nullptr) return found;
         return walk(
             counts, [&](double k) { return k == *found; }, cancel);
@@ -106,13 +128,15 @@ std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, Be
 std::optional<double> lower_critical_count(const BinomialCdf& F, double alpha, double last,
                                            OrvQueryCancel* cancel) {
     return critical_count(
-        {-1, last}, F, [=](double cumulative) { return cumulative > alpha; }, cancel);
+        {-1, last}, F, approximate_quantile(F, alpha), [=](double cumulative) { return cumulative > alpha; },
+        cancel);
 }
 
 /// Smallest count that the upper tail, not exceeding alpha, lies above: looked for from N down to 0.
 std::optional<double> upper_critical_count(const BinomialCdf& F, double alpha, OrvQueryCancel* cancel) {
     const auto below = critical_count(
-        {std::floor(F.N), 0}, F, [=](double cumulative) { return cumulative >= 1 - alpha; }, cancel);
+        {std::floor(F.N), 0}, F, approximate_quantile(F, 1 - alpha),
+        [=](double cumulative) { return cumulative >= 1 - alpha; }, cancel);
     return below ? std::optional(*below + 1) : std::nullopt;
 }
 
