@@ -11,10 +11,12 @@ using namespace statpower;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 
-namespace {
+std::optional<FTest> statpower::overall_test(double k, double N, double alpha) {
+    if (!(k >= 2 && N >= k && is_between_0_and_1(alpha))) return std::nullopt;
+    return FTest(alpha, k - 1, N - k);
+}
 
-/// Variance between the groups, of their means about the weighted grand mean.
-double between_variance(std::span<const double> means, std::span<const double> weights) {
+double statpower::between_variance(std::span<const double> means, std::span<const double> weights) {
     const double grand_mean = weighted_mean(means, weights);
     const double total = sum(weights);
     double between = 0;
@@ -23,19 +25,15 @@ double between_variance(std::span<const double> means, std::span<const double> w
     return between;
 }
 
-double noncentrality_of_effect(int es_type, double es, double N) {
+double statpower::overall_noncentrality(int es_type, double es, double N) {
     return es_type != 0 ? N * es / (1 - es) : N * square(es);
 }
 
-}  // namespace
-
 double statpower::overall_f_power(std::span<const double> means, double sigma,
                                   std::span<const double> weights, double N, double alpha) {
-    const auto k = static_cast<double>(means.size());
-    if (!(k >= 2 && weights.size() == means.size() && sigma > 0 && N >= k && is_between_0_and_1(alpha)))
-        return OrvMV::Missing();
-    const double noncentrality = between_variance(means, weights) / (square(sigma) / N);
-    return f_test_power(alpha, k - 1, N - k, noncentrality);
+    const auto test = overall_test(static_cast<double>(means.size()), N, alpha);
+    if (!(test && weights.size() == means.size() && sigma > 0)) return OrvMV::Missing();
+    return test->power(between_variance(means, weights) / (square(sigma) / N));
 }
 
 namespace POWER_NAMESPACE {
@@ -45,8 +43,8 @@ double _PowerOverallTestwithN(int k, double* means, double sigma, double* sizes,
 }
 
 double _PowerOverallTestwithES(int k, double es, int esType, double N, double alpha) {
-    if (!(k >= 2 && N >= k && is_between_0_and_1(alpha))) return OrvMV::Missing();
-    return f_test_power(alpha, k - 1, N - k, noncentrality_of_effect(esType, es, N));
+    const auto test = overall_test(k, N, alpha);
+    return test ? test->power(overall_noncentrality(esType, es, N)) : OrvMV::Missing();
 }
 
 double OverallTestFunc(double N, std::vector<double> design, OrvQueryCancel*) {
@@ -103,7 +101,7 @@ double PowerReverseOverallTestwES(int k, int esType, const double* sizes, std::v
     groupSizes->resize(static_cast<std::size_t>(k), OrvMV::Missing());
     const auto weights = proportions(groups(k, sizes));
     const OverallEffectSearch design{power, k, es, esType, alpha};
-    const double rate = noncentrality_of_effect(esType, es, 1);
+    const double rate = overall_noncentrality(esType, es, 1);
     const double N = search_total(design, OverallTestwESFunc, f_test_start(power, alpha, k - 1, rate));
     return allocate(*groupSizes, [&](std::size_t i) { return weights[i] * N; });
 }

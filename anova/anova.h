@@ -1,13 +1,25 @@
 // The overall F test of a one-way analysis of variance: kernels and objectives.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "core/design.h"
+#include "core/rejection.h"
 #include "statpower/core.h"
 
 namespace statpower {
+
+/// The overall F test of k groups and a total N; nothing unless there are at least two groups, N >= k and alpha
+/// is between 0 and 1.
+std::optional<FTest> overall_test(double k, double N, double alpha);
+
+/// Variance between the groups: the sum of (weights[i] / W) (means[i] - m)^2, m the weighted grand mean.
+double between_variance(std::span<const double> means, std::span<const double> weights);
+
+/// N es^2 for f (es_type 0), else N es / (1 - es).
+double overall_noncentrality(int es_type, double es, double N);
 
 /// Power for one mean and one allocation weight a group (of the weights only the proportions matter) and a
 /// total N: noncentrality lambda = sum of (weights[i] / W) (means[i] - m)^2 / (sigma^2 / N).

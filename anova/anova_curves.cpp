@@ -5,6 +5,7 @@
 #include "statpower/anova.h"
 
 using namespace statpower;
+using OrvCommon_940::OrvMV;
 using POWER_NAMESPACE::_PowerOverallTestwithES;
 
 namespace {
@@ -56,22 +57,29 @@ XYPlot PlotSDOverallTest(int k, const double* means, const double* sizes, double
 XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax, double sigma,
                             double sdMin, double sdMax, double alpha, double step) {
     if (!(k >= 2 && sigma > 0 && valid_ends(nMin, nMax) && sdMin <= sdMax && alpha > 0)) return {};
-    const auto power = [&](double N, double sd) {
-        return overall_f_power(groups(k, means), sd, groups(k, sizes), N, alpha);
-    };
-    const auto [first, last] =
-        total_range(nMin, nMax, groups(k, sizes), [&](double N) { return power(N, sigma); });
-    return surface(surface_sample_sizes(first, last),
-                   standard_deviations(groups(k, means), groups(k, sizes), sdMin, sdMax, step), power);
+    const auto [first, last] = total_range(nMin, nMax, groups(k, sizes), [&](double N) {
+        return overall_f_power(groups(k, means), sigma, groups(k, sizes), N, alpha);
+    });
+    const double between = between_variance(groups(k, means), groups(k, sizes));
+    return surface_by_rows(
+        surface_sample_sizes(first, last),
+        standard_deviations(groups(k, means), groups(k, sizes), sdMin, sdMax, step), [&](double N) {
+            return [=, test = overall_test(k, N, alpha)](double sd) {
+                return test && sd > 0 ? test->power(between / (square(sd) / N)) : OrvMV::Missing();
+            };
+        });
 }
 
 XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax, double es,
                             double esMin, double esMax, double alpha, double step) {
     if (!(k >= 2 && valid_ends(nMin, nMax) && esMin <= esMax && alpha > 0)) return {};
-    const auto power = [&](double N, double effect) {
-        return _PowerOverallTestwithES(k, effect, esType, N, alpha);
-    };
-    const auto [first, last] =
-        total_range(nMin, nMax, groups(k, sizes), [&](double N) { return power(N, es); });
-    return surface(surface_sample_sizes(first, last), effect_sizes(esType, esMin, esMax, step), power);
+    const auto [first, last] = total_range(nMin, nMax, groups(k, sizes), [&](double N) {
+        return _PowerOverallTestwithES(k, es, esType, N, alpha);
+    });
+    return surface_by_rows(
+        surface_sample_sizes(first, last), effect_sizes(esType, esMin, esMax, step), [&](double N) {
+            return [=, test = overall_test(k, N, alpha)](double effect) {
+                return test ? test->power(overall_noncentrality(esType, effect, N)) : OrvMV::Missing();
+            };
+        });
 }

@@ -114,19 +114,58 @@ XYPlot curve(const Axis& xs, Power power) {
     return {static_cast<int>(xs.size()), x.release(), y.release()};
 }
 
+namespace detail {
+
+/// A surface that is still to be computed: both axes are there.
+struct SurfaceArrays {
+    SurfaceArrays(const Axis& xs, const Axis& ys)
+        : nx(xs.size()),
+          ny(ys.size()),
+          z(std::make_unique_for_overwrite<double[]>(nx * ny)),
+          x(std::make_unique_for_overwrite<double[]>(nx)),
+          y(std::make_unique_for_overwrite<double[]>(ny)) {
+        for (std::size_t i = 0; i < nx; ++i) x[i] = xs[i];
+        for (std::size_t j = 0; j < ny; ++j) y[j] = ys[j];
+    }
+    XYZPlot release() {
+        return {static_cast<int>(nx), static_cast<int>(ny), x.release(), y.release(), z.release()};
+    }
+
+    std::size_t nx, ny;
+    std::unique_ptr<double[]> z, x, y;
+};
+
+}  // namespace detail
+
+/// The surface of row(x)(y), evaluated row by row: what a row shares is computed once, by row(x).
+template <class Row>
+XYZPlot surface_by_rows(const Axis& xs, const Axis& ys, Row row) {
+    if (xs.empty() || ys.empty()) return {};
+    detail::SurfaceArrays a(xs, ys);
+    for (std::size_t i = 0; i < a.nx; ++i) {
+        auto power = row(a.x[i]);
+        for (std::size_t j = 0; j < a.ny; ++j) a.z[i * a.ny + j] = power(a.y[j]);
+    }
+    return a.release();
+}
+
+/// The surface of column(y)(x), evaluated column by column.
+template <class Column>
+XYZPlot surface_by_columns(const Axis& xs, const Axis& ys, Column column) {
+    if (xs.empty() || ys.empty()) return {};
+    detail::SurfaceArrays a(xs, ys);
+    for (std::size_t j = 0; j < a.ny; ++j) {
+        auto power = column(a.y[j]);
+        for (std::size_t i = 0; i < a.nx; ++i) a.z[i * a.ny + j] = power(a.x[i]);
+    }
+    return a.release();
+}
+
 /// The surface of power(x, y), evaluated row by row.
 template <class Power>
 XYZPlot surface(const Axis& xs, const Axis& ys, Power power) {
-    if (xs.empty() || ys.empty()) return {};
-    auto z = std::make_unique_for_overwrite<double[]>(xs.size() * ys.size());
-    auto x = std::make_unique_for_overwrite<double[]>(xs.size());
-    auto y = std::make_unique_for_overwrite<double[]>(ys.size());
-    for (std::size_t j = 0; j < ys.size(); ++j) y[j] = ys[j];
-    for (std::size_t i = 0; i < xs.size(); ++i) {
-        x[i] = xs[i];
-        for (std::size_t j = 0; j < ys.size(); ++j) z[i * ys.size() + j] = power(x[i], y[j]);
-    }
-    return {static_cast<int>(xs.size()), static_cast<int>(ys.size()), x.release(), y.release(), z.release()};
+    return surface_by_rows(xs, ys,
+                           [&power](double x) { return [&power, x](double y) { return power(x, y); }; });
 }
 
 /// The default range of the sample size around a design of size N with power P: from (1 - P) N, but at least

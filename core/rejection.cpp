@@ -19,20 +19,23 @@ double t_critical(double tail, double df, QuantileAccuracy accuracy) {
     return OrvDistFun::IdfT(1 - tail, df, accuracy.first, accuracy.second);
 }
 
-double f_test_power(double alpha, double df1, double df2, double noncentrality, double tolerance) {
-    const double critical = OrvDistFun::IdfF(1 - alpha, df1, df2);
-    return upper_tail(OrvDistFun::NonCentralCdfF(critical, df1, df2, noncentrality, tolerance));
+FTest::FTest(double alpha, double df1, double df2, double tolerance)
+    : df1_(df1), df2_(df2), tolerance_(tolerance), critical_(OrvDistFun::IdfF(1 - alpha, df1, df2)) {}
+
+double FTest::power(double noncentrality) const {
+    return upper_tail(OrvDistFun::NonCentralCdfF(critical_, df1_, df2_, noncentrality, tolerance_));
 }
 
-double t_test_power_one_sided(double alpha, double df, double noncentrality, QuantileAccuracy accuracy) {
-    const double critical = t_critical(alpha, df, accuracy);
-    return upper_tail(OrvDistFun::NonCentralCdfT(critical, df, noncentrality, kNoncentralTolerance));
+TTest::TTest(double tail, double df, QuantileAccuracy accuracy)
+    : df_(df), critical_(t_critical(tail, df, accuracy)) {}
+
+double TTest::power_one_sided(double noncentrality) const {
+    return upper_tail(OrvDistFun::NonCentralCdfT(critical_, df_, noncentrality, kNoncentralTolerance));
 }
 
-double t_test_power_two_sided(double alpha, double df, double noncentrality, QuantileAccuracy accuracy) {
-    const double critical = t_critical(alpha / 2, df, accuracy);
-    return upper_tail(OrvDistFun::NonCentralCdfT(critical, df, noncentrality, kNoncentralTolerance)) +
-           lower_tail(OrvDistFun::NonCentralCdfT(-critical, df, noncentrality, kNoncentralTolerance));
+double TTest::power_two_sided(double noncentrality) const {
+    return power_one_sided(noncentrality) +
+           lower_tail(OrvDistFun::NonCentralCdfT(-critical_, df_, noncentrality, kNoncentralTolerance));
 }
 
 }  // namespace statpower

@@ -37,18 +37,55 @@ struct QuantileAccuracy {
 /// Critical value of a t test that leaves `tail` above it: the 1 - tail quantile of Student's t.
 double t_critical(double tail, double df, QuantileAccuracy accuracy = {});
 
-/// Power of an F test: the probability that a noncentral F variable exceeds the upper alpha quantile of the
-/// central one.
-/// @param noncentrality  sum of squared standardised means; where it is negative, infinite or NaN the
-///                       probability is missing and the power 1
-double f_test_power(double alpha, double df1, double df2, double noncentrality,
-                    double tolerance = kNoncentralTolerance);
+/// An F test at a level, its critical value computed once for any number of powers.
+class FTest {
+  public:
+    FTest(double alpha, double df1, double df2, double tolerance = kNoncentralTolerance);
 
-/// Power of a one-sided t test at level alpha: P(T > t_alpha) for T noncentral t.
-double t_test_power_one_sided(double alpha, double df, double noncentrality, QuantileAccuracy accuracy = {});
+    /// The upper alpha quantile of the central F distribution.
+    double critical() const { return critical_; }
 
-/// Power of a two-sided t test: P(T > t) + P(T < -t), t the critical value with alpha / 2 above it. The sum
-/// is not clipped to 1.
-double t_test_power_two_sided(double alpha, double df, double noncentrality, QuantileAccuracy accuracy = {});
+    /// Probability that a noncentral F variable exceeds the critical value.
+    /// @param noncentrality  sum of squared standardised means; where it is negative, infinite or NaN the
+    ///                       probability is missing and the power 1
+    double power(double noncentrality) const;
+
+  private:
+    double df1_;
+    double df2_;
+    double tolerance_;
+    double critical_;
+};
+
+/// A t test whose critical value t leaves `tail` above it, computed once for any number of powers.
+class TTest {
+  public:
+    TTest(double tail, double df, QuantileAccuracy accuracy = {});
+
+    /// P(T > t) for T noncentral t.
+    double power_one_sided(double noncentrality) const;
+
+    /// P(T > t) + P(T < -t). The sum is not clipped to 1.
+    double power_two_sided(double noncentrality) const;
+
+  private:
+    double df_;
+    double critical_;
+};
+
+inline double f_test_power(double alpha, double df1, double df2, double noncentrality) {
+    return FTest(alpha, df1, df2).power(noncentrality);
+}
+
+inline double t_test_power_one_sided(double alpha, double df, double noncentrality,
+                                     QuantileAccuracy accuracy = {}) {
+    return TTest(alpha, df, accuracy).power_one_sided(noncentrality);
+}
+
+/// With alpha / 2 in each tail.
+inline double t_test_power_two_sided(double alpha, double df, double noncentrality,
+                                     QuantileAccuracy accuracy = {}) {
+    return TTest(alpha / 2, df, accuracy).power_two_sided(noncentrality);
+}
 
 }  // namespace statpower

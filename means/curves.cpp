@@ -3,6 +3,7 @@
 
 #include "core/checks.h"
 #include "core/curves.h"
+#include "means/one.h"
 #include "means/paired.h"
 #include "means/two.h"
 #include "statpower/means.h"
@@ -59,11 +60,13 @@ XYPlot curve_over_effect_size(int directional, double esLow, double esHigh, doub
 
 /// The surface over effect size and sample size, the latter in steps of 2 where the range is long.
 XYZPlot surface_over_effect_size_and_size(int nLow, int nHigh, int directional, double esLow, double esHigh,
-                                          double alpha, double stepFraction, PowerOfSize power) {
+                                          double alpha, double stepFraction) {
     const Interval es = effect_size_range(directional, esLow, esHigh);
     if (nLow < 2 || nHigh <= nLow || effect_sizes_refused(directional, es, alpha)) return {};
-    return surface(fractions(es.low, es.high, stepFraction), surface_sample_sizes(nLow, nHigh),
-                   [&](double x, double N) { return to_single(power(N, x, alpha)); });
+    return surface_by_columns(
+        fractions(es.low, es.high, stepFraction), surface_sample_sizes(nLow, nHigh), [&](double N) {
+            return [test = OneMeanTest(directional, N, alpha)](double x) { return to_single(test.power(x)); };
+        });
 }
 
 // ---- Two means -------------------------------------------------------------------------------------------
@@ -158,8 +161,7 @@ XYPlot PlotESOneSample(int directional, double N, double esLow, double esHigh, d
 
 XYZPlot PlotNaESOneSample(int nLow, int nHigh, int directional, double esLow, double esHigh, double alpha,
                           double stepFraction) {
-    return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction,
-                                             one_mean_power(directional));
+    return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction);
 }
 
 XYPlot PlotNRelated(int nLow, int nHigh, int directional, double, double mean1, double sd1, double mean2,
@@ -186,8 +188,7 @@ XYPlot PlotESRelated(int directional, double N, double esLow, double esHigh, dou
 
 XYZPlot PlotNaESRelated(int nLow, int nHigh, int directional, double esLow, double esHigh, double alpha,
                         double stepFraction) {
-    return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction,
-                                             paired_means_power(directional));
+    return surface_over_effect_size_and_size(nLow, nHigh, directional, esLow, esHigh, alpha, stepFraction);
 }
 
 XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double sd1, double mean2,

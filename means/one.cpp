@@ -14,6 +14,23 @@ using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 
+namespace {
+
+constexpr int kTwoSided = 0, kOneSided = 1;
+
+}  // namespace
+
+statpower::OneMeanTest::OneMeanTest(int directional, double N, double alpha)
+    : one_sided_(directional != 0), root_N_(std::sqrt(N)) {
+    const bool refused = one_sided_ ? !(N > 1 && is_between_0_and_1(alpha)) : N <= 1;
+    if (!refused) test_.emplace(tail_level(directional, alpha), N - 1);
+}
+
+double statpower::OneMeanTest::power(double es) const {
+    if (!test_) return OrvMV::Missing();
+    return one_sided_ ? test_->power_one_sided(root_N_ * std::abs(es)) : test_->power_two_sided(root_N_ * es);
+}
+
 namespace POWER_NAMESPACE {
 
 double NondirectionalFunc(double N, std::vector<double> design, OrvQueryCancel*) {
@@ -45,13 +62,11 @@ double EffectSizeOneSample(double mean, double sd, double mean0) {
 }
 
 double PowerOneSampleNondirectionalES(double N, double es, double alpha) {
-    if (N <= 1) return OrvMV::Missing();
-    return t_test_power_two_sided(alpha, N - 1, std::sqrt(N) * es);
+    return OneMeanTest(kTwoSided, N, alpha).power(es);
 }
 
 double PowerOneSampleDirectionalES(double N, double es, double alpha) {
-    if (!(N > 1 && is_between_0_and_1(alpha))) return OrvMV::Missing();
-    return t_test_power_one_sided(alpha, N - 1, std::sqrt(N) * std::abs(es));
+    return OneMeanTest(kOneSided, N, alpha).power(es);
 }
 
 double PowerOneSampleNondirectional(double N, double mean, double sd, double mean0, double alpha) {

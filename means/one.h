@@ -1,12 +1,30 @@
 // The one-sample t test: objectives of its searches, and its default range of the sample size.
 #pragma once
 
+#include <optional>
 #include <tuple>
 #include <vector>
 
+#include "core/rejection.h"
 #include "statpower/core.h"
 
 namespace statpower {
+
+/// The t test of one mean, or of the mean difference of pairs, at a sample size: its critical value is computed
+/// once for any number of effect sizes.
+class OneMeanTest {
+  public:
+    /// Two-sided (directional 0), refused unless N > 1; or one-sided, refused unless alpha is between 0 and 1, too.
+    OneMeanTest(int directional, double N, double alpha);
+
+    /// The missing value where the test is refused.
+    double power(double es) const;
+
+  private:
+    bool one_sided_;
+    double root_N_;
+    std::optional<TTest> test_;
+};
 
 /// Design vector of the search for a half-width.
 struct OneMeanHalfWidthSearch {

@@ -160,8 +160,10 @@ XYZPlot PlotNaCorrmlr(int random, bool intercept, int nMin, int nMax, double N, 
         POWER_NAMESPACE::_SetRandomPlotRangeN(N, p, q, R2full, R2red, random, intercept, alpha, min, max);
     });
     const double s = effect_step(random, step);
-    return surface(sizes, correlations(std::ceil(2 / s) - 1, s), [&](double n, double R) {
-        return to_single(Powerbymlr(random, intercept, n, p, q, R, 0, alpha));
+    return surface_by_rows(sizes, correlations(std::ceil(2 / s) - 1, s), [&](double n) {
+        return [test = PredictorTest(random, intercept, n, p, q, alpha)](double R) {
+            return to_single(test.power_of_fit(R, 0));
+        };
     });
 }
 
@@ -172,7 +174,9 @@ XYZPlot PlotNaESmlr(int random, bool intercept, int nMin, int nMax, double N, do
     const Axis sizes = surface_sizes(random, intercept, nMin, nMax, p, [&](int& min, int& max) {
         POWER_NAMESPACE::_SetRandomPlotRangeN(N, p, q, f2, random, intercept, alpha, min, max);
     });
-    return surface(sizes, effect_sizes(effect_step(random, step)), [&](double n, double y) {
-        return to_single(PowerbymlrwES(random, intercept, n, p, q, y, alpha));
+    return surface_by_rows(sizes, effect_sizes(effect_step(random, step)), [&](double n) {
+        return [test = PredictorTest(random, intercept, n, p, q, alpha)](double y) {
+            return to_single(test.power_of_effect(y));
+        };
     });
 }

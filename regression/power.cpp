@@ -16,34 +16,6 @@ using OrvCommon_940::OrvQueryCancel;
 
 namespace {
 
-/// The test of q among p predictors.
-struct PredictorTest {
-    bool intercept;
-    double N;
-    double p;
-    double q;
-    double alpha;
-
-    bool is_valid() const {
-        return p >= 1 && q >= 1 && q <= p && p + 1 + intercept <= N && is_inside_unit_interval(alpha);
-    }
-    double error_df() const { return N - intercept - p; }
-};
-
-double fixed_predictors_power(const PredictorTest& test, double noncentrality) {
-    return f_test_power(test.alpha, test.q, test.error_df(), noncentrality, POWER_NAMESPACE::tol);
-}
-
-/// Probability that the sample squared partial multiple correlation exceeds its critical value.
-/// @param e  the squared partial multiple correlation in the population
-double random_predictors_power(const PredictorTest& test, double e) {
-    const double dfe = test.error_df();
-    const double critical = OrvMath_940::OrvDistFun::IdfF(1 - test.alpha, test.q, dfe);
-    const double x = 1 / (1 + dfe / test.q / critical);  // of any quantile, 0 and infinity too
-    const double n = (test.N - test.intercept) - (test.p - test.q);
-    return 1 - std::exp(POWER_NAMESPACE::_EstCseriesRoutine(x, e, test.q, dfe, n, x));
-}
-
 /// From one error degree of freedom upwards.
 /// @param f2  the effect size, the noncentrality of one observation
 template <class Design>
@@ -62,21 +34,42 @@ double squared_correlation(double R2full, double R2red) {
 
 // ---- Power -----------------------------------------------------------------------------------------------
 
+statpower::PredictorTest::PredictorTest(int random, bool intercept, double N, double p, double q,
+                                        double alpha)
+    : is_random_(random != STATPOWER_FIXED_PREDICTORS),
+      N_(N),
+      q_(q),
+      error_df_(N - intercept - p),
+      sum_df_((N - intercept) - (p - q)) {
+    if (p >= 1 && q >= 1 && q <= p && p + 1 + intercept <= N && is_inside_unit_interval(alpha))
+        test_.emplace(alpha, q, error_df_, POWER_NAMESPACE::tol);
+}
+
+double statpower::PredictorTest::power_of_fit(double R2full, double R2red) const {
+    if (!are_squared_correlations(R2full, R2red) || (R2red != 0 && R2red > R2full) || !test_) return kInvalid;
+    const double e = squared_correlation(R2full, R2red);
+    return is_random_ ? random_predictors_power(e) : test_->power(N_ * e / (1 - e));
+}
+
+double statpower::PredictorTest::power_of_effect(double f2) const {
+    if (!test_) return kInvalid;
+    return is_random_ ? random_predictors_power(f2 / (f2 + 1)) : test_->power(N_ * f2);
+}
+
+/// Probability that the sample squared partial multiple correlation exceeds its critical value.
+/// @param e  the squared partial multiple correlation in the population
+double statpower::PredictorTest::random_predictors_power(double e) const {
+    const double x = 1 / (1 + error_df_ / q_ / test_->critical());  // of any quantile, 0 and infinity too
+    return 1 - std::exp(POWER_NAMESPACE::_EstCseriesRoutine(x, e, q_, error_df_, sum_df_, x));
+}
+
 double Powerbymlr(int random, bool intercept, double N, double p, double q, double R2full, double R2red,
                   double alpha) {
-    const PredictorTest test{intercept, N, p, q, alpha};
-    if (!are_squared_correlations(R2full, R2red) || (R2red != 0 && R2red > R2full) || !test.is_valid())
-        return kInvalid;
-    const double e = squared_correlation(R2full, R2red);
-    return random != STATPOWER_FIXED_PREDICTORS ? random_predictors_power(test, e)
-                                                : fixed_predictors_power(test, N * e / (1 - e));
+    return PredictorTest(random, intercept, N, p, q, alpha).power_of_fit(R2full, R2red);
 }
 
 double PowerbymlrwES(int random, bool intercept, double N, double p, double q, double f2, double alpha) {
-    const PredictorTest test{intercept, N, p, q, alpha};
-    if (!test.is_valid()) return kInvalid;
-    return random != STATPOWER_FIXED_PREDICTORS ? random_predictors_power(test, f2 / (f2 + 1))
-                                                : fixed_predictors_power(test, N * f2);
+    return PredictorTest(random, intercept, N, p, q, alpha).power_of_effect(f2);
 }
 
 // ---- Sample size -----------------------------------------------------------------------------------------

@@ -2,12 +2,37 @@
 // sample-size searches and the default ranges of the curves.
 #pragma once
 
+#include <optional>
 #include <tuple>
 #include <vector>
 
+#include "core/rejection.h"
 #include "statpower/core.h"
 
 namespace statpower {
+
+/// The F test of q among p predictors at a sample size: its critical value is computed once for any number of
+/// effects.
+class PredictorTest {
+  public:
+    PredictorTest(int random, bool intercept, double N, double p, double q, double alpha);
+
+    /// Power for the fit of two models, as Powerbymlr.
+    double power_of_fit(double R2full, double R2red) const;
+
+    /// Power for an effect size, as PowerbymlrwES.
+    double power_of_effect(double f2) const;
+
+  private:
+    double random_predictors_power(double e) const;
+
+    bool is_random_;
+    double N_;
+    double q_;
+    double error_df_;
+    double sum_df_;  // N - p + q, less one for an intercept
+    std::optional<FTest> test_;
+};
 
 // ---- Design vectors of the sample-size searches ----------------------------------------------------------
 
