@@ -7,8 +7,8 @@
 
 #include "core/cancel.h"
 #include "core/rejection.h"
-#include "core/sums.h"
 #include "core/result_codes.h"
+#include "core/sums.h"
 #include "orvcommon/dist_fun.h"
 #include "proportions/proportion.h"
 #include "proportions/search.h"
@@ -39,6 +39,16 @@ struct BinomialCdf {
         const double probability = OrvDistFun::CdfBin(x, N, p, status);
         return status == 0 ? probability : std::numeric_limits<double>::quiet_NaN();
     }
+
+    /// F(x + 1), given F(x): by the probability of x + 1 alone where that is enough to tell on which side of the
+    /// level it lies.
+    double after(double x, double at_x, double level) const {
+        constexpr double kClose = 1e-12;
+        long status = 0;
+        const double sum = at_x + OrvDistFun::PdfBin(x + 1, N, p, status);
+        const bool tells = status == 0 && x + 1 < N && std::abs(sum - level) > kClose;
+        return tells ? sum : (*this)(x + 1);
+    }
 };
 
 /// The candidates of a critical count in the order in which they are looked at, from the outside in.
@@ -66,11 +76,12 @@ double approximate_quantile(const BinomialCdf& F, double probability) {
     return std::floor(F.N * F.p + std::sqrt(F.N * F.p * q) * z + (q - F.p) * (square(z) - 1) / 6 - 0.5);
 }
 
-/// The candidate k at which F passes a level, beyond(F(k + 1)) and not beyond(F(k)): from the guess outwards by
+/// The candidate k at which F passes a level, beyond(F(k + 1)) and not beyond(F(k)): from a guess outwards by
 /// doubling, then by bisection. The end of the candidates where there is none, nothing when the distribution
 /// library fails on the way.
 template <class Beyond>
-std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, double guess, Beyond beyond) {
+std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, double level, Beyond beyond) {
+    const double guess = approximate_quantile(F, level);
     const double lowest = std::min(counts.first, counts.last);
     const double highest = std::max(counts.first, counts.last) + 1;
     double low = guess >= lowest ? std::min(guess, highest) : lowest;
@@ -88,7 +99,7 @@ std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, dou
         if (high == highest) return counts.end();
         low = high;
         high = std::min(highest, high + step);
-        at_high = F(high);
+        at_high = step == 1 ? F.after(low, at_low, level) : F(high);
     }
     if (std::isnan(at_low)) return std::nullopt;
     for (;;) {
@@ -108,9 +119,9 @@ std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, dou
 /// around a guess; the cancel object is asked as often as the walk would ask it. Only where the distribution
 /// library fails, so that candidates have to be passed over, is the walk really made.
 template <class Beyond>
-std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, double guess, Beyond beyond,
+std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, double level, Beyond beyond,
                                      OrvQueryCancel* cancel) {
-    if (const auto found = passing_count(counts, F, guess, beyond)) {
+    if (const auto found = passing_count(counts, F, level, beyond)) {
         if (cancel == nullptr) return found;
         return walk(
             counts, [&](double k) { return k == *found; }, cancel);
@@ -128,15 +139,14 @@ std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, do
 std::optional<double> lower_critical_count(const BinomialCdf& F, double alpha, double last,
                                            OrvQueryCancel* cancel) {
     return critical_count(
-        {-1, last}, F, approximate_quantile(F, alpha), [=](double cumulative) { return cumulative > alpha; },
-        cancel);
+        {-1, last}, F, alpha, [=](double cumulative) { return cumulative > alpha; }, cancel);
 }
 
 /// Smallest count that the upper tail, not exceeding alpha, lies above: looked for from N down to 0.
 std::optional<double> upper_critical_count(const BinomialCdf& F, double alpha, OrvQueryCancel* cancel) {
     const auto below = critical_count(
-        {std::floor(F.N), 0}, F, approximate_quantile(F, 1 - alpha),
-        [=](double cumulative) { return cumulative >= 1 - alpha; }, cancel);
+        {std::floor(F.N), 0}, F, 1 - alpha, [=](double cumulative) { return cumulative >= 1 - alpha; },
+        cancel);
     return below ? std::optional(*below + 1) : std::nullopt;
 }
 
