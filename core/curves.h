@@ -12,6 +12,7 @@
 #include <limits>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "core/integers.h"
 #include "statpower/core.h"
@@ -149,15 +150,16 @@ XYZPlot surface_by_rows(const Axis& xs, const Axis& ys, Row row) {
     return a.release();
 }
 
-/// The surface of column(y)(x), evaluated column by column.
+/// The surface of column(y)(x), evaluated row by row: what a column shares is computed once, by column(y), before.
 template <class Column>
 XYZPlot surface_by_columns(const Axis& xs, const Axis& ys, Column column) {
     if (xs.empty() || ys.empty()) return {};
     detail::SurfaceArrays a(xs, ys);
-    for (std::size_t j = 0; j < a.ny; ++j) {
-        auto power = column(a.y[j]);
-        for (std::size_t i = 0; i < a.nx; ++i) a.z[i * a.ny + j] = power(a.x[i]);
-    }
+    std::vector<decltype(column(0.0))> powers;
+    powers.reserve(a.ny);
+    for (std::size_t j = 0; j < a.ny; ++j) powers.push_back(column(a.y[j]));
+    for (std::size_t i = 0; i < a.nx; ++i)
+        for (std::size_t j = 0; j < a.ny; ++j) a.z[i * a.ny + j] = powers[j](a.x[i]);
     return a.release();
 }
 

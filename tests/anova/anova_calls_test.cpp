@@ -60,9 +60,11 @@ TEST_F(OverallFCalls, TheHalfWidthUsesTheQuantileWithItsAccuracySettings) {
     EXPECT_THAT(distribution_calls.idf_t, ElementsAre(ElementsAre(0.975, 13, 1e-40, 1e-30)));
 }
 
-// A power that crosses 0.8 at a total of 150.3, so that 2k + 400 stays the upper end.
+// A target below alpha tells nothing about where to look, so that the search looks everywhere. The power crosses
+// it at a total of 150.3, so that 2k + 400 stays the upper end.
+constexpr double kTargetBelowAlpha = 1e-6;
 double crossing(const Arguments& f) {
-    return f[2] + 3 < 150.3 ? 0.5 : 0.1;
+    return f[2] + 3 < 150.3 ? 1 : 0.1;
 }
 
 TEST_F(OverallFCalls, ThePowerSearchStartsAtTwoInEachGroupAndFourHundredMoreAndEndsBelowOneMillionth) {
@@ -71,9 +73,9 @@ TEST_F(OverallFCalls, ThePowerSearchStartsAtTwoInEachGroupAndFourHundredMoreAndE
     for (bool by_effect : {false, true}) {
         distribution_calls.noncentral_f.clear();
         if (by_effect)
-            PowerReverseOverallTestwES(3, 0, kSizes, &sizes, 0.25, 0.8, 0.05);
+            PowerReverseOverallTestwES(3, 0, kSizes, &sizes, 0.25, kTargetBelowAlpha, 0.05);
         else
-            PowerReverseOverallTest(3, kMeans, kSizes, &sizes, 2, 0.8, 0.05);
+            PowerReverseOverallTest(3, kMeans, kSizes, &sizes, 2, kTargetBelowAlpha, 0.05);
         EXPECT_THAT(first_totals(distribution_calls.noncentral_f, 2), ElementsAre(406, 6));
         EXPECT_EQ(distribution_calls.noncentral_f.size(), 2u + 29u);  // 400 / 2^29 is the first below 1e-6
     }

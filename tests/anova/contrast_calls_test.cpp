@@ -54,12 +54,15 @@ TEST_F(ContrastCalls, TheHalfWidthUsesTheQuantileWithItsAccuracySettings) {
 }
 
 TEST_F(ContrastCalls, SearchesStartAtTwoInEachGroupAndFourHundredMore) {
+    // A target below alpha tells nothing about where to look, so that the search looks everywhere.
+    constexpr double kTargetBelowAlpha = 1e-6;
+    distribution_calls.f_cdf = [](const Arguments& f) { return f[2] + 3 < 150.3 ? 1 : 0.1; };
     for (bool by_effect : {false, true}) {
         distribution_calls.noncentral_f.clear();
         if (by_effect)
-            PowerReverseSCwES(3, kSizes, coefficients, &sizes, 0, 0.5, 0.8, 0.05);
+            PowerReverseSCwES(3, kSizes, coefficients, &sizes, 0, 0.5, kTargetBelowAlpha, 0.05);
         else
-            PowerReverseSC(3, kMeans, kSizes, coefficients, &sizes, 0, 2, 0.8, 0.05);
+            PowerReverseSC(3, kMeans, kSizes, coefficients, &sizes, 0, 2, kTargetBelowAlpha, 0.05);
         EXPECT_EQ(distribution_calls.noncentral_f.at(0)[2] + 3, 406);
         EXPECT_EQ(distribution_calls.noncentral_f.at(1)[2] + 3, 6);
         EXPECT_EQ(distribution_calls.noncentral_f.size(), 2u + 29u);  // 400 / 2^29 is the first below 1e-6
