@@ -37,25 +37,39 @@ double inside(double end, bool open, double towards) {
     return open ? std::nextafter(end, towards) : end;
 }
 
+/// The farthest place towards `beyond` where there is a value, as there is at `valid`.
+double last_with_value(const Shortfall& shortfall, double valid, double beyond) {
+    if (!std::isnan(shortfall(beyond))) return beyond;
+    for (int halvings = 0; halvings < 100; ++halvings) {
+        const double middle = valid + (beyond - valid) / 2;
+        (std::isnan(shortfall(middle)) ? beyond : valid) = middle;
+    }
+    return valid;
+}
+
 /// The place on one side of the null where the target begins to be reached.
 std::optional<double> crossing_from(const Shortfall& shortfall, double null, double end, bool open) {
     const double sign = end > null ? 1 : -1;
     const auto reaches = [&](double x) { return shortfall(x) >= 0; };
-    if (std::isfinite(end)) {
-        double far = inside(end, open, null);
-        // A kernel may have no value at the very end.
-        for (int i = 0; i < 8 && std::isnan(shortfall(far)); ++i) far = (far + null) / 2;
-        if (far == null || !reaches(far)) return {};
-        return narrowed(shortfall, null, far);
-    }
+    const auto up_to = [&](double valid, double beyond) -> std::optional<double> {
+        const double far = last_with_value(shortfall, valid, beyond);
+        if (far == valid || !reaches(far)) return {};
+        return narrowed(shortfall, valid, far);
+    };
+    if (std::isfinite(end)) return up_to(null, inside(end, open, null));
     double step = 1;
     if (reaches(null + sign * step)) {
         while (step > 1e-300 && reaches(null + sign * step / 4)) step /= 4;
         return narrowed(shortfall, null + sign * step / 4, null + sign * step);
     }
-    while (step < 1e15 && !reaches(null + sign * step)) step *= 4;
-    if (step >= 1e15) return {};
-    return narrowed(shortfall, null + sign * step / 4, null + sign * step);
+    double before = null;
+    for (; step < 1e15; step *= 4) {
+        const double at = null + sign * step;
+        const double missing = shortfall(at);
+        if (missing >= 0 || std::isnan(missing)) return up_to(before, at);
+        before = at;
+    }
+    return {};
 }
 
 /// Points that cover a range: even in it, and towards its ends by powers of ten.
@@ -99,10 +113,13 @@ std::vector<double> crossings(const Shortfall& shortfall, const Range& range, do
         return found;
     }
     const std::vector<double> points = grid(range);
-    std::vector<bool> reached;
-    for (const double x : points) reached.push_back(shortfall(x) >= 0);
-    for (std::size_t i = 0; i + 1 < points.size(); ++i)
-        if (reached[i] != reached[i + 1]) found.push_back(narrowed(shortfall, points[i], points[i + 1]));
+    std::vector<double> missing;
+    for (const double x : points) missing.push_back(shortfall(x));
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        if (std::isnan(missing[i]) || std::isnan(missing[i + 1])) continue;  // the end of what is possible
+        if ((missing[i] >= 0) != (missing[i + 1] >= 0))
+            found.push_back(narrowed(shortfall, points[i], points[i + 1]));
+    }
     return found;
 }
 

@@ -31,6 +31,15 @@ TwoProportions exact_test(const Values& v) {
             v.is(continuity, yes), tails_of(v, v[p1] - v[p2]), v[alpha]};
 }
 
+double power_of(const Values& v, Cancel*) {
+    if (v.is(method, exact)) return exact_test(v).power(v[n1], v[n2], v[p1], v[p2]);
+    // Fisher's corrections of half an observation leave no difference rather than turn it around.
+    if (v.is(statistic, fisher) && 0.5 / v[n1] + 0.5 / v[n2] >= std::abs(v[p1] - v[p2])) return v[alpha];
+    return found_power(PowerIndSampBinom(v[n1], v[n2], v[p1], v[p2], v[alpha], 0,
+                                         static_cast<int>(v[statistic]), sided(v), v.is(continuity, yes),
+                                         v.is(variance, pooled), nullptr));
+}
+
 Check impossible(const Values& v) {
     if (Check wrong = check_follows(v, p1, p2)) return wrong;
     if (Check wrong = check_follows(v, p2, p1)) return wrong;
@@ -61,13 +70,7 @@ const Entry prop_two{{
                   {{p2, h}, [](Values& v) { v.set(p1, from_angle(angle(v[p2]) + v[h])); }}},
          .options = {alternative, method, statistic, variance.only_with(statistic, {chi_square, t}),
                      continuity.only_with(statistic, {chi_square}), alpha},
-         .value =
-             [](const Values& v, Cancel*) {
-                 if (v.is(method, exact)) return exact_test(v).power(v[n1], v[n2], v[p1], v[p2]);
-                 return found_power(PowerIndSampBinom(
-                     v[n1], v[n2], v[p1], v[p2], v[alpha], 0, static_cast<int>(v[statistic]), sided(v),
-                     v.is(continuity, yes), v.is(variance, pooled), nullptr));
-             },
+         .value = power_of,
          .contradiction = impossible},
     .effect = [](const Values& v) { return v[p1] - v[p2]; },
     .exact_powers = [](const Values& v) -> std::optional<SawTooth> {
@@ -99,7 +102,6 @@ const Entry prop_two{{
         if (v.is(statistic, chi_square) && v.is(continuity, yes)) words += ", continuity correction";
         return words + (is_exact ? ", exact power" : ", approximate power");
     },
-    .notes = {"an exact power counts tables; only Fisher's test also keeps alpha for every proportion"},
     .sources =
         {"J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003), "
          "chapters 3 and 4",

@@ -23,7 +23,7 @@ using statplan::Values;
 using statplan::Way;
 
 /// A design such as "t-two power diff=5 sd=12 n1=40 n2=50 variance=unpooled": a test, a quantity ("power",
-/// "halfwidth", or "effect-" and the name of an effect) and arguments, lists separated by semicolons.
+/// "level", "halfwidth", or "effect-" and the name of an effect) and arguments, lists separated by semicolons.
 class Design {
   public:
     explicit Design(const std::string& text) {
@@ -50,6 +50,7 @@ class Design {
     double answer() const {
         if (quantity_ == "power") return test_->power.value(values, nullptr);
         if (quantity_ == "halfwidth") return test_->precision.value(values, nullptr);
+        if (quantity_ == "level") return test_->level(values, nullptr);
         for (const auto& [argument, value] : test_->effects)
             if (quantity_ == "effect-" + std::string(argument.name)) return value(values);
         throw std::runtime_error("no quantity " + quantity_);

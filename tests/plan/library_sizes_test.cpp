@@ -8,8 +8,11 @@
 #include "statplan/plan.h"
 #include "statpower/anova.h"
 #include "statpower/correlation.h"
+#include "statpower/independent_binomial.h"
 #include "statpower/means.h"
+#include "statpower/one_sample_binomial.h"
 #include "statpower/regression.h"
+#include "statpower/related_binomial.h"
 
 namespace statplan {
 namespace {
@@ -286,6 +289,79 @@ TEST(LibrarySizes, OfRegression) {
                 rounded_up(PowerReversebymlrwES(random_predictors, intercept, power, predictors, tested, f2,
                                                 alpha))};
     });
+}
+
+// ---- Proportions: normal approximations. ------------------------------------------------------------------
+
+/// Two proportions that are not too close.
+std::pair<double, double> proportions(Random& r) {
+    const double p = r.between(0.05, 0.95);
+    double q = p;
+    while (std::abs(q - p) < 0.03) q = r.between(0.05, 0.95);
+    return {p, q};
+}
+
+TEST(LibrarySizes, OfOneProportion) {
+    expect_sizes_of_the_library([](Random& r) -> Searched {
+        const auto [p, null] = proportions(r);
+        const double power = r.power(), alpha = r.alpha();
+        const bool sided = r.coin(), corrected = r.coin();
+        return {size_of("prop-one", {{"p1", {p}},
+                                     {"p0", {null}},
+                                     {"power", {power}},
+                                     {"alpha", {alpha}},
+                                     {"alternative", {1.0 * sided}},
+                                     {"continuity", {1.0 * corrected}}}),
+                rounded_up(PowerReverseOneSampBinom(power, p, null, alpha, 0, sided, corrected, nullptr))};
+    });
+}
+
+TEST(LibrarySizes, OfPairedProportions) {
+    expect_sizes_of_the_library([](Random& r) -> Searched {
+        const auto [p, q] = proportions(r);
+        const double p10 = p / 2, p01 = q / 2, power = r.power(), alpha = r.alpha();
+        const bool sided = r.coin();
+        const double size = PowerReversebyPRelSampBionm(sided, 0, nullptr, power, p10, p01, alpha);
+        return {size_of("prop-paired", {{"p10", {p10}},
+                                        {"p01", {p01}},
+                                        {"power", {power}},
+                                        {"alpha", {alpha}},
+                                        {"alternative", {1.0 * sided}}}),
+                {std::max(2.0, std::ceil(size))}};
+    });
+}
+
+Searched two_proportions(Random& r, double allocation) {
+    const auto [p, q] = proportions(r);
+    const double power = r.power(), alpha = r.alpha();
+    const int statistic = static_cast<int>(r.whole(0, 3));
+    const bool sided = r.coin(), is_pooled = r.coin();
+    // One-sided with both, the library takes the square of the size into the second group.
+    const bool corrected = statistic == 0 && r.coin() && !(sided && is_pooled);
+    List expected;
+    PowerReverseIndSampBinom(power, p, q, allocation, alpha, expected, 0, statistic, sided, corrected,
+                             is_pooled, nullptr);
+    // Fisher's corrections, half an observation each, turn the difference around in groups so small.
+    if (statistic == 3 && 0.5 / expected[0] + 0.5 / expected[1] > std::abs(p - q))
+        return two_proportions(r, allocation);
+    Question question = size_of("prop-two", {{"p1", {p}},
+                                             {"p2", {q}},
+                                             {"ratio", {allocation}},
+                                             {"power", {power}},
+                                             {"alpha", {alpha}},
+                                             {"statistic", {1.0 * statistic}},
+                                             {"alternative", {1.0 * sided}}});
+    if (statistic == 0) question.give("continuity", corrected);
+    if (statistic <= 1) question.give("variance", !is_pooled);
+    return {question, expected};
+}
+
+TEST(LibrarySizes, OfTwoProportions) {
+    expect_sizes_of_the_library([](Random& r) { return two_proportions(r, 1); });
+}
+
+TEST(LibrarySizes, OfTwoProportionsWithAnAllocation) {
+    expect_no_more_than_the_library([](Random& r) { return two_proportions(r, r.between(0.3, 3)); });
 }
 
 }  // namespace
