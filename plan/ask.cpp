@@ -7,6 +7,7 @@
 
 #include "plan/json.h"
 #include "plan/text.h"
+#include "plan/vocabulary.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ constexpr std::string_view kGuaranteed = "guaranteed-";
 
 /// One answer that is asked for: where it is found.
 struct Output {
-    enum { reached, other, level, effect, argument, guaranteed } what;
+    enum { reached, other, level, effect, argument, found_total, guaranteed } what;
     const Argument* named = nullptr;
     double (*value)(const Values&) = nullptr;
     std::size_t position = 0;  // of a guaranteed size among the sizes found
@@ -67,6 +68,7 @@ Outcome<Output> output_of(const Plan& plan, std::string_view name) {
     for (const Effect& effect : test.effects)
         if (name == effect.argument.name && !(plan.unknown() && plan.unknown()->name == name))
             return Output{.what = Output::effect, .named = &effect.argument, .value = effect.value};
+    if (name == total.name && plan.searches_sizes()) return Output{.what = Output::found_total};
     if (const Argument* a = find_argument(test, name)) return Output{.what = Output::argument, .named = a};
     return Refusal{.argument = escaped(name), .reason = "is no answer of " + std::string(test.name)};
 }
@@ -100,11 +102,26 @@ void write(const Output& output, const statplan_output& room, ptrdiff_t row, con
         case Output::argument:
             return output.named->kind == Kind::list ? list(values.list(*output.named))
                                                     : one(values[*output.named]);
+        case Output::found_total: {
+            double sum = 0;
+            for (const Argument& a : plan.test().sizes.found) {
+                if (a.kind != Kind::list) sum += values[a];
+                for (const double size : values.list(a)) sum += size;
+            }
+            return one(sum);
+        }
         case Output::guaranteed:
             if (output.named->kind == Kind::list) return list(answer.guaranteed);
             return one(output.position < answer.guaranteed.size() ? answer.guaranteed[output.position]
                                                                   : kNotGiven);
     }
+}
+
+Outcome<Plan> prepared(const char* test, const char* unknown, const char* const* given, size_t count) {
+    const Test* known = find_test(test ? test : "");
+    if (!known)
+        return Refusal{.argument = "test", .reason = "there is no test " + quoted(test ? test : "")};
+    return Plan::prepare(*known, unknown ? unknown : "", {given, given + count});
 }
 
 void write_none(const statplan_output& room, ptrdiff_t row) {
@@ -140,6 +157,11 @@ void statplan_free(char* text) {
     std::free(text);
 }
 
+char* statplan_answers(const char* test, const char* unknown, const char* const* given, size_t count) {
+    const auto plan = prepared(test, unknown, given, count);
+    return copied(plan ? answers_json(*plan) : to_json(plan.refusal()));
+}
+
 statplan_plan* statplan_prepare(const char* test, const char* unknown, const char* const* given, size_t count,
                                 const char* const* outputs, size_t output_count, char** refusal) {
     if (refusal) *refusal = nullptr;
@@ -147,10 +169,7 @@ statplan_plan* statplan_prepare(const char* test, const char* unknown, const cha
         if (refusal) *refusal = copied(to_json(why));
         return nullptr;
     };
-    const Test* known = find_test(test ? test : "");
-    if (!known)
-        return refused({.argument = "test", .reason = "there is no test " + quoted(test ? test : "")});
-    auto plan = Plan::prepare(*known, unknown ? unknown : "", {given, given + count});
+    auto plan = prepared(test, unknown, given, count);
     if (!plan) return refused(plan.refusal());
     std::vector<Output> answers;
     for (size_t i = 0; i < output_count; ++i) {

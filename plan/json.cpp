@@ -87,6 +87,12 @@ std::string to_json(const Table& table) {
     return text_of(json);
 }
 
+std::string answers_json(const Plan& plan) {
+    Json json{{"question", plan.question()}, {"answers", Json::array()}};
+    for (const Argument* a : plan.answers()) json["answers"].push_back(a->name);
+    return text_of(json);
+}
+
 std::string to_json(const Refusal& refusal) {
     constexpr const char* kinds[] = {"refused", "no-answer", "cancelled"};
     Json json{{"kind", kinds[refusal.kind]}};

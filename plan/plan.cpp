@@ -394,6 +394,18 @@ bool Plan::is_precision() const {
 const Argument* Plan::unknown() const {
     return parts_->unknown;
 }
+std::vector<const Argument*> Plan::answers() const {
+    std::vector<const Argument*> found;
+    if (parts_->effect_only) {
+        for (const Effect& effect : test().effects) found.push_back(&effect.argument);
+        return found;
+    }
+    if (unknown()) found.push_back(unknown());
+    if (searches_sizes())
+        for (const Argument& a : test().sizes.found) found.push_back(a.kind == Kind::list ? &total : &a);
+    found.push_back(&parts_->target());
+    return found;
+}
 const std::vector<const Argument*>& Plan::given() const {
     return parts_->given;
 }

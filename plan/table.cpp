@@ -16,13 +16,10 @@ class Answers {
   public:
     Answers(const Plan& plan, std::vector<Table::Column>& columns)
         : plan_(plan), columns_(columns), first_(columns.size()) {
-        const auto add_column = [&](const Argument& a) { columns.push_back({std::string(a.name), &a, {}}); };
-        if (plan.unknown()) add_column(*plan.unknown());
-        if (plan.searches_sizes())  // of k groups, the sum
-            for (const Argument& a : plan.test().sizes.found) add_column(a.kind == Kind::list ? total : a);
-        const Argument& reached = plan.is_precision() ? common::half_width : common::power;
-        const bool varies = std::ranges::find(columns, reached.name, &Table::Column::name) != columns.end();
-        columns.push_back({varies ? "reached" : std::string(reached.name), &reached, {}});
+        for (const Argument* a : plan.answers()) {
+            const bool varies = std::ranges::find(columns, a->name, &Table::Column::name) != columns.end();
+            columns.push_back({varies ? "reached" : std::string(a->name), a, {}});
+        }
     }
 
     void add(const Values& values, const Plan::Answer& answer) {

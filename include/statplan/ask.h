@@ -56,16 +56,22 @@ typedef struct statplan_plan statplan_plan;
 
 /* Prepares a question.
    test      name of a test
-   unknown   what is to be found: "power", "halfwidth", "size", or the name of any number argument
+   unknown   what is to be found: "power", "halfwidth", "size", "effect", or the name of any number argument
    given     names of the arguments that will be given, `count` of them; the others have their defaults
    outputs   names of the answers that will be asked for, `output_count` of them: any argument, "power",
-             "halfwidth", "level", any effect of the test, and for sizes by the guaranteed rule the name of a
-             size with "guaranteed-" before it
+             "halfwidth", "level", any effect of the test, "total" of sizes that are found, and for sizes by
+             the guaranteed rule the name of a size with "guaranteed-" before it
    refusal   where not null and the result is null: the refusal as JSON, to be released by statplan_free
    returns   the plan, to be released by statplan_release; null when refused */
 STATPLAN_API statplan_plan* statplan_prepare(const char* test, const char* unknown, const char* const* given,
                                              size_t count, const char* const* outputs, size_t output_count,
                                              char** refusal);
+
+/* What a question finds, without asking it: {"question", "answers"} as JSON, the latter an array of the
+   names of outputs: what is found (of k groups, "total"), then what it reaches. "" as `unknown` finds the number
+   that is left out. Or {"refusal": {...}}. To be released by statplan_free; null only when memory runs out. */
+STATPLAN_API char* statplan_answers(const char* test, const char* unknown, const char* const* given,
+                                    size_t count);
 
 /* Answers a prepared question for `rows` designs: columns and outputs stand in the order of statplan_prepare.
    A row that is refused or has no answer gets NaN in every output (statplan_ask says why).

@@ -175,6 +175,8 @@ class STATPLAN_API Plan {
     const Argument* unknown() const;
     /// Are the sizes of the groups what is found?
     bool searches_sizes() const;
+    /// What an answer of one number each has: what is found (of k groups, their total), then what it reaches.
+    std::vector<const Argument*> answers() const;
     /// The arguments of `given`, in its order.
     const std::vector<const Argument*>& given() const;
     /// All arguments that matter in a design, in the order in which the test lists them.

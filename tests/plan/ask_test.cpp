@@ -56,6 +56,39 @@ TEST(Ask, WhatIsNoRequestIsRefused) {
     statplan_free(nullptr);
 }
 
+TEST(Ask, WhatAQuestionFindsIsKnownBeforeItIsAsked) {
+    const auto answers = [](const char* test, const char* unknown, std::vector<const char*> given) {
+        char* text = statplan_answers(test, unknown, given.data(), given.size());
+        const Json json = Json::parse(text);
+        statplan_free(text);
+        return json;
+    };
+    EXPECT_EQ(answers("t-one", "", {"d"}), Json::parse(R"({"question": "size", "answers": ["n", "power"]})"));
+    EXPECT_EQ(answers("t-one", "", {"sd", "n", "power"}),
+              Json::parse(R"({"question": "solve", "answers": ["mean", "power"]})"));
+    EXPECT_EQ(answers("t-one", "halfwidth", {"sd", "n"}),
+              Json::parse(R"({"question": "precision", "answers": ["halfwidth"]})"));
+    EXPECT_EQ(answers("anova", "size", {"means", "sd"}),
+              Json::parse(R"({"question": "size", "answers": ["total", "power"]})"));
+    EXPECT_EQ(answers("t-one", "power", {"delta"})["refusal"]["argument"], "delta");
+    EXPECT_EQ(answers("t-1", "power", {})["refusal"]["argument"], "test");
+}
+
+TEST(Ask, TheTotalOfSizesThatAreFoundIsAnAnswer) {
+    const char* given[] = {"means", "sd"};
+    const double means[] = {10, 12, 15, 11}, sd = 5;
+    const statplan_column columns[] = {{means, 0, 4, sizeof(double)}, {&sd, 0, 1, 0}};
+    double found = 0, of_first = 0;
+    EXPECT_EQ(
+        statplan_columns("anova", "size", given, columns, 2, 1, "total", &found, nullptr, nullptr, nullptr),
+        0);
+    EXPECT_EQ(statplan_columns("anova", "size", given, columns, 2, 1, "sizes", &of_first, nullptr, nullptr,
+                               nullptr),
+              0);
+    EXPECT_GT(of_first, 2);
+    EXPECT_EQ(found, 4 * of_first);
+}
+
 TEST(Ask, TheCatalogueDescribesEveryTest) {
     const Json catalogue = Json::parse(statplan_catalogue());
     EXPECT_EQ(catalogue["tests"].size(), statplan::catalogue().size());
