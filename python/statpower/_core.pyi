@@ -1,0 +1,13 @@
+from collections.abc import Callable
+from typing import Any
+
+import numpy as np
+
+version: str
+
+def ask(request: str, /) -> str: ...
+def answers(test: str, unknown: str, given: tuple[str, ...], /) -> str: ...
+def catalogue() -> str: ...
+def kernel(test: str, unknown: str, given: tuple[str, ...], answers: tuple[str, ...],
+           words: tuple[dict[str | bool, int] | None, ...], lists: tuple[bool, ...], name: str, signature: str,
+           about: str, /) -> tuple[np.ufunc, Callable[..., Any]]: ...
