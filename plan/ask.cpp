@@ -119,8 +119,7 @@ void write(const Output& output, const statplan_output& room, ptrdiff_t row, con
 
 Outcome<Plan> prepared(const char* test, const char* unknown, const char* const* given, size_t count) {
     const Test* known = find_test(test ? test : "");
-    if (!known)
-        return Refusal{.argument = "test", .reason = "there is no test " + quoted(test ? test : "")};
+    if (!known) return Refusal{.argument = "test", .reason = "there is no test " + quoted(test ? test : "")};
     return Plan::prepare(*known, unknown ? unknown : "", {given, given + count});
 }
 

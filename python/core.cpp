@@ -236,7 +236,7 @@ PyObject* kernel(PyObject*, PyObject* arguments) {
     Kernel* raw = made.get();
     Object capsule(PyCapsule_New(raw, kCapsule, [](PyObject* held) { delete kernel_in(held); }));
     if (!capsule) return nullptr;
-    made.release();
+    static_cast<void>(made.release());  // it is the capsule's
     Object ufunc(PyUFunc_FromFuncAndDataAndSignature(
         &raw->loop, &raw->data, raw->types.data(), 1, static_cast<int>(raw->inputs),
         static_cast<int>(raw->outputs), PyUFunc_None, raw->name.c_str(), raw->about.c_str(), 0,

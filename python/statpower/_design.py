@@ -232,7 +232,8 @@ class Design:
         grid = {name: np.asarray(values[name])[rows[:, i]] for i, name in enumerate(over)}
         names, columns = self._columns(unknown, {**values, **grid, "errors": "nan"}, found)
         table = {**{name: list(map(tuple, column)) if column.ndim > 1 else column for name, column in grid.items()},
-                 **{name: np.atleast_1d(column) for name, column in zip(names, columns)}}
+                 **{"reached" if name in grid else name: np.atleast_1d(column)
+                    for name, column in zip(names, columns)}}
         try:
             import pandas
         except ImportError:
