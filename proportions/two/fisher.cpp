@@ -65,6 +65,13 @@ class OddsPowers {
     }
     double of_fraction(double u) const { return u == 0 ? 1 : std::pow(odds_, u); }
 
+    /// The powers of first..last side by side; none where the table does not reach that far.
+    std::span<const double> values(int first, int last) const {
+        if (first < 0 || static_cast<std::size_t>(last) >= powers_.size()) return {};
+        return std::span(powers_).subspan(static_cast<std::size_t>(first),
+                                          static_cast<std::size_t>(last - first) + 1);
+    }
+
   private:
     double odds_;
     std::vector<double> powers_;
@@ -238,11 +245,23 @@ class ConditionalDistribution {
     Weights weigh(int first, int last, double fraction, const CoefficientTable& coefficient1,
                   const CoefficientTable& coefficient2) const {
         const double shift = odds_power_.of_fraction(fraction);
-        std::vector<double> weights;
-        weights.reserve(static_cast<std::size_t>(last - first) + 3);
-        for (int k = first - 1; k <= last + 1; ++k) {
-            const bool possible = k + fraction >= 0 && k + fraction <= t_;
-            weights.push_back(possible ? coefficient1(k) * coefficient2(t_ - k) * odds_power_(k) * shift : 0);
+        std::vector<double> weights(static_cast<std::size_t>(last - first) + 3);
+        int from = first - 1;
+        int to = last + 1;
+        while (from <= to && !(from + fraction >= 0)) ++from;
+        while (to >= from && !(to + fraction <= t_)) --to;
+        double* weight = weights.data() + (from - (first - 1));
+        const auto factors1 = coefficient1.values(from, to);
+        const auto factors2 = coefficient2.values(t_ - to, t_ - from);
+        const auto powers = odds_power_.values(from, to);
+        if (factors1.empty() || factors2.empty() || powers.empty()) {
+            for (int k = from; k <= to; ++k)
+                *weight++ = coefficient1(k) * coefficient2(t_ - k) * odds_power_(k) * shift;
+        } else {  // the same with nothing to look up, which the compiler makes vectors of
+            const std::size_t count = factors1.size();
+            const double* opposite = factors2.data() + (count - 1);
+            for (std::size_t i = 0; i < count; ++i)
+                weight[i] = factors1[i] * *(opposite - i) * powers[i] * shift;
         }
         return {CountFunction(first - 1, std::move(weights)), first, last};
     }
@@ -423,6 +442,12 @@ double statpower::Coefficients::operator()(double k) const {
 
 statpower::CoefficientTable::CoefficientTable(const Coefficients& coefficients, double fraction)
     : trials_(coefficients.trials()) {
+    constexpr int kLargestList = 2048;
+    if (trials_ <= kLargestList) {
+        for (int k = -1; k <= trials_ + 2; ++k)
+            list_.push_back(k < 0 || k > trials_ + 1 ? 1 : coefficients(k + fraction));
+        return;
+    }
     for (int k = 0; k <= trials_ / 2; ++k) {
         low_.push_back(coefficients(k + fraction));
         if (low_.back() == kInfinity) break;
@@ -435,10 +460,17 @@ statpower::CoefficientTable::CoefficientTable(const Coefficients& coefficients, 
 
 double statpower::CoefficientTable::operator()(int k) const {
     if (k < 0 || k > trials_ + 1) return 1;
+    if (!list_.empty()) return list_[static_cast<std::size_t>(k) + 1];
     const bool is_low = k <= trials_ / 2;
     const auto i = static_cast<std::size_t>(is_low ? k : trials_ + 1 - k);
     const std::vector<double>& side = is_low ? low_ : high_;
     return i < side.size() ? side[i] : kInfinity;
+}
+
+std::span<const double> statpower::CoefficientTable::values(int first, int last) const {
+    if (list_.empty() || first < -1 || last > trials_ + 2 || first > last) return {};
+    return std::span(list_).subspan(static_cast<std::size_t>(first) + 1,
+                                    static_cast<std::size_t>(last - first) + 1);
 }
 
 namespace POWER_NAMESPACE {

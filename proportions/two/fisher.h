@@ -9,6 +9,9 @@
 // max(0, t - n2) and min(t, n1), and the power is what the helpers give, which may exceed 1.
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include "statpower/core.h"
 
 namespace POWER_NAMESPACE {
@@ -79,9 +82,13 @@ class CoefficientTable {
 
     double operator()(int k) const;
 
+    /// The coefficients of first..last side by side; none of too many trials.
+    std::span<const double> values(int first, int last) const;
+
   private:
     int trials_;
-    // From both ends inwards, as far as they are finite.
+    // Of k = -1, 0, ..., or, of many trials, from both ends inwards, as far as they are finite.
+    std::vector<double> list_;
     std::vector<double> low_;
     std::vector<double> high_;
 };
