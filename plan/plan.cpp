@@ -577,9 +577,26 @@ Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) co
              smaller = allocation.below(found))
             found = *smaller;
     }
-    if (cancelled) return kCancelled;
     answer.smallest = answer.guaranteed = found;
-    set_sizes(values, found);
+    if (jumps(values)) {
+        // Groups that are rounded apart move the measure by what a few observations are worth: the allocations
+        // around tell which is the least that reaches the target, and from which on all do.
+        const std::size_t around = 16 * shares.size();
+        std::optional<std::vector<double>> below = found;
+        for (std::size_t i = 0; i < around && !cancelled && (below = allocation.below(*below)); ++i)
+            if (missing_at(*below) >= 0) answer.smallest = *below;
+        bool reached = true;
+        std::vector<double> above = answer.smallest;
+        for (std::size_t i = 0; i < 2 * around && !cancelled; ++i, above = allocation.above(above)) {
+            const bool reaches = missing_at(above) >= 0;
+            if (reaches && !reached) answer.guaranteed = above;
+            if (i == 0) answer.guaranteed = above;
+            reached = reaches;
+        }
+    }
+    if (cancelled) return kCancelled;
+    const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
+    set_sizes(values, by_guaranteed ? answer.guaranteed : answer.smallest);
     answer.reached = measured(values, cancel);
     return {};
 }

@@ -109,6 +109,17 @@ TEST(Ask, TheCatalogueDescribesEveryTest) {
     }
 }
 
+TEST(Ask, EveryArgumentHasItsPlaceAmongTheValues) {
+    for (const statplan::Test* test : statplan::catalogue())
+        for (const statplan::Measure* measure : {&test->power, &test->precision})
+            for (const statplan::Way& way : measure->ways)
+                for (const statplan::Argument& argument : way.arguments)
+                    EXPECT_LT(static_cast<std::size_t>(argument.place), statplan::kPlaces) << argument.name;
+    // Places are given in order: whatever is made now is behind all of them.
+    EXPECT_LT(static_cast<std::size_t>(statplan::Argument{.name = "last", .meaning = ""}.place),
+              statplan::kPlaces);
+}
+
 TEST(Columns, FollowStridesAndBroadcast) {
     struct Row {
         double n, power, halves;
