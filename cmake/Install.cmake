@@ -16,6 +16,13 @@ endif()
 install(TARGETS statplan EXPORT statplan)
 if(STATPOWER_BUILD_CLI)
   install(TARGETS statpower_cli)
+  add_custom_command(OUTPUT statpower.1 COMMAND statpower_cli man > statpower.1 DEPENDS statpower_cli VERBATIM)
+  add_custom_target(manual ALL DEPENDS statpower.1)
+  install(FILES ${PROJECT_BINARY_DIR}/statpower.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES completions/statpower.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+          RENAME statpower)
+  install(FILES completions/_statpower DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  install(FILES completions/statpower.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 endif()
 
 # The way from a pkg-config file back to the prefix, so that an installed tree can be moved.

@@ -99,6 +99,18 @@ Section examples_of(const Test& test, std::string_view question) {
 
 }  // namespace
 
+std::vector<Section> overview() {
+    std::vector<Section> sections{{"Tests", {}}, {"Questions", {}}};
+    for (const Test* test : catalogue()) {
+        sections[0].lines.push_back({std::string(test->name), std::string(test->title)});
+        for (const auto& [word, meaning] : questions(*test))
+            if (auto& all = sections[1].lines;
+                std::ranges::find(all, word, &Section::Line::term) == all.end())
+                all.push_back({std::string(word), std::string(meaning)});
+    }
+    return sections;
+}
+
 std::vector<Section> explained(const Test& test, std::string_view question) {
     std::vector<Section> sections{{std::string(test.title), {{"", std::string(test.study)}}},
                                   {"Questions", {}}};

@@ -114,6 +114,9 @@ struct Section {
 /// @param question  what the explanation is for; empty: all questions
 STATPLAN_API std::vector<Section> explained(const Test& test, std::string_view question = {});
 
+/// What there is: tests and questions.
+STATPLAN_API std::vector<Section> overview();
+
 /// Explanations as text for a terminal, as a part of a manual page, and as Markdown.
 STATPLAN_API std::string to_text(const std::vector<Section>& explanation);
 STATPLAN_API std::string to_roff(const std::vector<Section>& explanation);
@@ -153,6 +156,10 @@ STATPLAN_API std::string to_text(const Table& table, int digits = 4);
 /// @param digits  significant digits; 0: as many as it takes to read the same doubles back
 STATPLAN_API std::string to_csv(const Record& record, int digits = 0);
 STATPLAN_API std::string to_csv(const Table& table, int digits = 0);
+/// A table as a chart: commands for gnuplot, which writes to its standard output. The longest list of numbers is the
+/// x axis, each combination of the others a line; powers have a line at the usual target.
+/// @param terminal  gnuplot's, with its options: "svg size 800,500"
+STATPLAN_API Outcome<std::string> to_gnuplot(const Table& table, std::string_view terminal);
 /// An item in a cell, nothing where there is no number, and a text, in quotes where it needs them.
 STATPLAN_API std::string in_csv(const Item& item, int digits = 0);
 STATPLAN_API std::string in_csv(std::string_view text);

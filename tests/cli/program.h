@@ -1,9 +1,9 @@
 // Runs the statpower command as a user would.
 #pragma once
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
 namespace testing_support {
 
@@ -15,19 +15,27 @@ struct Output {
     nlohmann::json json() const { return nlohmann::json::parse(text); }
 };
 
-/// Runs `statpower ARGUMENTS`.
+/// Runs `statpower ARGUMENTS` in a shell.
 Output statpower(const std::string& arguments);
 
-/// Arguments that are wrong, and the option that the error must name.
-struct Refusal {
-    std::string arguments;
-    std::string option;
+/// Runs a shell command in which $STATPOWER is the program.
+Output shell(const std::string& command);
+
+/// A folder that is removed at the end.
+class Folder {
+  public:
+    Folder();
+    ~Folder();
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    /// Writes a file. @return its path
+    std::string write(const std::string& name, const std::string& text) const;
+    std::string read(const std::string& name) const;
+
+  private:
+    std::filesystem::path folder_;
 };
-
-/// Expects that `statpower COMMAND ARGUMENTS` ends with the status of a wrong argument and names the option.
-void expect_refusals(const std::string& command, const std::vector<Refusal>& refusals);
-
-/// Runs `statpower ARGUMENTS` and sends it the signal of Ctrl-C when it has not ended after two seconds.
-Output interrupted_statpower(const std::string& arguments);
 
 }  // namespace testing_support

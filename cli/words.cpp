@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <charconv>
+
+#include "cli.h"
+
+namespace cli {
+
+std::span<const Option> question_options() {
+    static constexpr Option options[] = {{"csv", "", "Print CSV"},
+                                         {"json", "", "Print JSON"},
+                                         {"ndjson", "", "Print JSON, a line for each row"},
+                                         {"digits", "COUNT", "Significant digits, 1 to 17"},
+                                         {"report", "", "Print a sentence for a protocol or a paper"},
+                                         {"chart", "", "Draw the table in the terminal (needs gnuplot)"},
+                                         {"svg", "FILE", "Draw the table to a file (needs gnuplot)"},
+                                         {"png", "FILE", "Draw the table to a file (needs gnuplot)"},
+                                         {"help", "", "Explain the question"}};
+    return options;
+}
+
+std::span<const Option> run_options() {
+    static constexpr Option options[] = {
+        {"output", "FILE", "Where the answers go, also -o FILE; standard output unless given"},
+        {"test", "NAME", "The test of rows that name none"},
+        {"question", "NAME", "The question of rows that name none"},
+        {"keep", "NAMES", "Columns that are carried through unread: id,comment"},
+        {"ndjson", "", "Designs and answers are JSON, a line each; so, too, where FILE ends in .ndjson"},
+        {"digits", "COUNT", "Significant digits, 1 to 17; all unless given"},
+        {"jobs", "COUNT", "Designs answered at the same time; as many as there are cores unless given"},
+        {"resume", "", "Continue behind the answers that FILE has"},
+        {"help", "", "Explain"}};
+    return options;
+}
+
+std::string Words::operator[](std::string_view option) const {
+    const auto found = options.find(option);
+    return found == options.end() ? "" : found->second;
+}
+
+int Words::count(std::string_view option, int high, int otherwise) const {
+    if (!has(option)) return otherwise;
+    const std::string text = (*this)[option];
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc() && end == text.data() + text.size() && value >= 1 && value <= high) return value;
+    throw Failure(kRefused, "--" + std::string(option) + ": '" + statplan::escaped(text) +
+                                "' is not a whole number from 1 to " + std::to_string(high));
+}
+
+std::string message(const statplan::Refusal& refusal) {
+    const bool word = !refusal.argument.empty() && refusal.argument != "test";
+    return word ? "--" + refusal.message() : refusal.reason;
+}
+
+std::string did_you_mean(std::string_view word, const Names& known, const std::string& dashes) {
+    const std::string_view near = statplan::nearest(word, known);
+    return near.empty() ? "" : "; did you mean " + dashes + std::string(near) + "?";
+}
+
+Words read_words(Arguments arguments, std::span<const Option> options, const Names& known,
+                 const std::string& where, bool files) {
+    Names all = known;
+    for (const Option& option : options) all.push_back(option.name);
+    Words words;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string_view word = arguments[i];
+        if (word == "-h") word = "--help";
+        if (word == "-o" && files) word = "--output";
+        if (files && !word.empty() && !word.starts_with("--")) {
+            words.files.emplace_back(word);
+            continue;
+        }
+        if (!word.starts_with("--"))
+            throw Failure(kRefused, "'" + statplan::escaped(word) +
+                                        "' stands alone: words are given as --word value" +
+                                        (word.empty() ? "" : did_you_mean(word, all, "--")));
+        const std::size_t equals = std::min(word.find('='), word.size());
+        const std::string name(word.substr(2, equals - 2)), shown = "--" + statplan::escaped(name);
+        const auto option = std::ranges::find(options, name, &Option::name);
+        if (std::ranges::find(all, name) == all.end())
+            throw Failure(kRefused, shown + ": no word of " + where + did_you_mean(name, all, "--"));
+        const bool flag = option != options.end() && option->value.empty(), has_value = equals < word.size();
+        if (flag && has_value) throw Failure(kRefused, shown + ": takes no value");
+        if (!flag && !has_value && (++i == arguments.size() || arguments[i].starts_with("--")))
+            throw Failure(kRefused, shown + ": a value is needed");
+        const std::string value = flag ? "" : has_value ? std::string(word.substr(equals + 1)) : arguments[i];
+        if (option == options.end())
+            words.given.emplace_back(name, value);
+        else if (!words.options.emplace(name, value).second)
+            throw Failure(kRefused, shown + ": is given twice");
+    }
+    return words;
+}
+
+Names argument_names(const statplan::Test& test) {
+    Names names{"solve-for"};
+    for (const statplan::Argument* a : statplan::arguments(test)) names.push_back(a->name);
+    return names;
+}
+
+}  // namespace cli
