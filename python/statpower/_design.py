@@ -2,9 +2,9 @@
 
 from __future__ import annotations
 
-import itertools
 import json
 import math
+import sys
 import types
 from collections.abc import Callable, Mapping
 from typing import Any, ClassVar
@@ -51,6 +51,18 @@ def _column(argument: Argument, value: Any) -> Any:
     if argument.kind == "list" and dimensions == 0:
         raise Refused(f"is not a list: {argument.rule}", argument.name)
     return value
+
+
+def _alike(columns: dict[str, Any]) -> dict[str, Any]:
+    """Columns of which several are pandas' as columns that all are: its ufuncs align nothing else."""
+    pandas = sys.modules.get("pandas")
+    if pandas is None:
+        return columns
+    series = [column for column in columns.values() if isinstance(column, pandas.Series)]
+    if len(series) < 2:
+        return columns
+    return {name: column if isinstance(column, pandas.Series) else pandas.Series(column, index=series[0].index)
+            for name, column in columns.items()}
 
 
 def _is_one(argument: Argument, column: Any) -> bool:
@@ -161,7 +173,7 @@ class Design:
         if fast is not None and not controls and errors is None and len(given) == len(values):
             fast[tuple(given)] = one
         try:
-            result = ufunc(*columns.values(), **controls)
+            result = ufunc(*_alike(columns).values(), **controls)
         except (TypeError, NotImplementedError):
             if len(names) == 1 or controls:
                 raise
@@ -227,9 +239,9 @@ class Design:
             if not _is_one(argument, column):
                 if column.ndim != (2 if argument.kind == "list" else 1):
                     raise Refused("has more than one dimension; a table makes every combination", name)
-                over[name] = range(len(column))
-        rows = np.array(list(itertools.product(*over.values())), dtype=np.intp).reshape(-1, len(over))
-        grid = {name: np.asarray(values[name])[rows[:, i]] for i, name in enumerate(over)}
+                over[name] = len(column)
+        rows = np.indices(list(over.values())).reshape(len(over), -1)
+        grid = {name: np.asarray(values[name])[row] for name, row in zip(over, rows)}
         names, columns = self._columns(unknown, {**values, **grid, "errors": "nan"}, found)
         table = {**{name: list(map(tuple, column)) if column.ndim > 1 else column for name, column in grid.items()},
                  **{"reached" if name in grid else name: np.atleast_1d(column)

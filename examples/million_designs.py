@@ -1,0 +1,67 @@
+"""Plans a grid of millions of designs on a cluster.
+
+A cluster of this machine unless --scheduler names another's; the answers are those of one process, to the last bit.
+
+    python examples/million_designs.py --designs 10000000
+    python examples/million_designs.py --scheduler tcp://address:8786
+"""
+
+from __future__ import annotations
+
+import argparse
+import os
+import signal
+import sys
+
+import dask.array as da
+import numpy as np
+from distributed import Client, LocalCluster, futures_of, progress, wait
+
+import statpower as sp
+
+
+def grid(designs: int, chunks: int) -> tuple[da.Array, da.Array, da.Array]:
+    """Differences, standard deviations and sizes whose combinations are that many designs."""
+    side = round((designs / 100) ** 0.5)
+    diff = da.linspace(1, 10, side, chunks=-(-side // chunks))[:, None, None]
+    sd = da.linspace(5, 20, side, chunks=-(-side // chunks))[None, :, None]
+    n = da.arange(10, 210, 2, chunks=100)[None, None, :]
+    return diff, sd, n
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--designs", type=int, default=10_000_000)
+    parser.add_argument("--chunks", type=int, default=8, help="along differences and standard deviations each")
+    parser.add_argument("--scheduler", help="address of a cluster's scheduler")
+    parser.add_argument("--kill-a-worker", action="store_true", help="to see that nothing is lost")
+    options = parser.parse_args()
+
+    cluster = None if options.scheduler else LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None)
+    with Client(options.scheduler or cluster) as client:
+        diff, sd, n = grid(options.designs, options.chunks)
+        powers = sp.t_two(variance="pooled").power(diff=diff, sd=sd, n=n).persist()
+        if options.kill_a_worker:
+            before = client.run(os.getpid)
+            wait(futures_of(powers), return_when="FIRST_COMPLETED")
+            killed = next(iter(before.values()))
+            os.kill(killed, signal.SIGKILL)
+            print(f"Killed worker {killed}", file=sys.stderr)
+        else:
+            progress(powers, notebook=False)
+        found = powers.compute()
+        if options.kill_a_worker:
+            after = set(client.run(os.getpid).values())
+            assert killed not in after, "the worker was not killed"
+    if cluster is not None:
+        cluster.close()
+
+    alone = sp.t_two(variance="pooled").power(diff=diff.compute(), sd=sd.compute(), n=n.compute())
+    same = np.array_equal(found, alone, equal_nan=True)
+    print(f"\n{found.size} designs; {np.mean(found >= 0.8):.1%} reach a power of 0.8; "
+          f"{'equal to' if same else 'NOT equal to'} one process bit for bit")
+    return 0 if same else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
