@@ -1,0 +1,109 @@
+#!/usr/bin/env python3
+"""Many designs from Python beside statsmodels and R: processor time of a design in nanoseconds, and ratios.
+
+    designs.py [DESIGNS]      with the package statpower on the path, statsmodels, scipy and Rscript
+
+Peers that take one design at a time are given fewer; each time is the least of several rounds.
+"""
+
+import math
+import subprocess
+import sys
+import time
+
+import numpy as np
+from scipy import stats
+from statsmodels.stats import power as peers
+
+import statpower as sp
+
+DESIGNS = int(sys.argv[1]) if len(sys.argv) > 1 else 100_000
+ROUNDS, FEW = 5, 200
+
+i = np.arange(DESIGNS)
+n = 10 + i % 190
+d = 0.2 + i % 7 * 0.1
+f = 0.1 + i % 5 * 0.05
+p1, p2 = 0.2 + i % 9 * 0.05, 0.5 + i % 4 * 0.1
+
+
+def each(function, *columns):
+    return np.array([function(*(column[j].item() for column in columns)) for j in range(min(FEW, DESIGNS))])
+
+
+def fisher(a, b):
+    """Power of Fisher's exact test, 50 in each group, by the definition on scipy's probabilities."""
+    x = np.arange(51)
+    p, q = stats.binom.pmf(x, 50, a), stats.binom.pmf(x, 50, b)
+    total = 0.0
+    for successes in range(101):
+        first = np.arange(max(0, successes - 50), min(50, successes) + 1)
+        table = stats.hypergeom.pmf(first, 100, successes, 50)
+        ordered = np.sort(table)
+        below = np.cumsum(ordered)[np.searchsorted(ordered, table * (1 + 1e-7), side="right") - 1]
+        total += np.sum((p[first] * q[successes - first])[below <= 0.05])
+    return total
+
+
+JOBS = {
+    "t power": (lambda: sp.t_two(n=n, d=d).power(), lambda: each(
+        lambda size, effect: peers.TTestIndPower().power(effect, size, 0.05), n, d),
+        "suppressWarnings(power.t.test(n = n, delta = d, strict = TRUE)$power)"),
+    "t size": (lambda: sp.t_two(d=d).size().n1, lambda: np.ceil(each(
+        lambda effect: peers.TTestIndPower().solve_power(effect, power=0.8, alpha=0.05), d)),
+        "sapply(d[1:2000], function(x) ceiling(power.t.test(delta = x, power = 0.8)$n))"),
+    "anova power": (lambda: sp.anova(f=f, groups=4, n=n).power(), lambda: each(
+        lambda size, effect: peers.FTestAnovaPower().power(effect, 4 * size, 0.05, 4), n, f),
+        "pf(qf(0.95, 3, 4 * n - 4), 3, 4 * n - 4, 4 * n * f^2, lower.tail = FALSE)"),
+    "two proportions power": (lambda: sp.prop_two(p1=p1, p2=p2, n=n).power(), lambda: each(
+        lambda size, a, b: peers.NormalIndPower().power(2 * (math.asin(a**.5) - math.asin(b**.5)), size, 0.05), n, p1,
+        p2), "suppressWarnings(power.prop.test(n = n, p1 = p1, p2 = p2, strict = TRUE)$power)"),
+    "Fisher exact power, 50": (
+        lambda: sp.prop_two(p1=p1[:2000], p2=p2[:2000], n=50, test="fisher", method="exact").power(),
+        lambda: each(fisher, p1[:20], p2[:20]), None),
+}
+
+
+def timed(job):
+    best, found = math.inf, None
+    for _ in range(ROUNDS):
+        started = time.process_time()
+        found = job()
+        best = min(best, time.process_time() - started)
+    return best / len(found) * 1e9, found
+
+
+def in_r(expression):
+    program = f"""i <- 0:{DESIGNS - 1}; n <- 10 + i %% 190; d <- 0.2 + i %% 7 * 0.1; f <- 0.1 + i %% 5 * 0.05
+        p1 <- 0.2 + i %% 9 * 0.05; p2 <- 0.5 + i %% 4 * 0.1
+        best <- Inf; for (round in 1:3) best <- min(best, sum(system.time(x <- {expression})[1:2]))
+        cat(best / length(x) * 1e9, sprintf("%.17g", x[1:{FEW}]))"""
+    time_of_one, *found = map(float, subprocess.run(["Rscript", "-e", program], check=True, capture_output=True,
+                                                    text=True).stdout.split())
+    return time_of_one, np.array(found)
+
+
+print(f"{'ns a design':26}{'statpower':>11}{'Python peer':>13}{'R':>10}{'ratios':>20}   largest difference")
+for name, (ours, peer, r) in JOBS.items():
+    time_of_ours, found = timed(ours)
+    time_of_peer, theirs = timed(peer)
+    time_of_r, of_r = in_r(r) if r else (math.nan, None)
+    differences = [float(np.max(np.abs(other - found[:len(other)]))) for other in (theirs, of_r) if other is not None]
+    print(f"{name:26}{time_of_ours:11.0f}{time_of_peer:13.0f}{time_of_r:10.0f}{time_of_peer / time_of_ours:10.0f}"
+          f"{time_of_r / time_of_ours:10.1f}   " + ", ".join(f"{x:.1g}" for x in differences))
+
+
+def one(call):
+    times = []
+    for _ in range(300):
+        started = time.perf_counter_ns()
+        for _ in range(200):
+            call()
+        times.append((time.perf_counter_ns() - started) / 200)
+    return min(times)
+
+
+design = sp.t_two(n=40, d=0.5)
+many = np.broadcast_to(40.0, 100_000)
+row = timed(lambda: sp.t_two(d=0.5).power(n=many))[0]
+print(f"\nOne design again and again: a call of the method {one(design.power):.0f} ns, a row of an array {row:.0f} ns")
