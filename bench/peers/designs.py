@@ -28,7 +28,7 @@ p1, p2 = 0.2 + i % 9 * 0.05, 0.5 + i % 4 * 0.1
 
 
 def each(function, *columns):
-    return np.array([function(*(column[j].item() for column in columns)) for j in range(min(FEW, DESIGNS))])
+    return np.array([function(*(column[j].item() for column in columns)) for j in range(min(FEW, len(columns[0])))])
 
 
 def fisher(a, b):
@@ -59,7 +59,7 @@ JOBS = {
         lambda size, a, b: peers.NormalIndPower().power(2 * (math.asin(a**.5) - math.asin(b**.5)), size, 0.05), n, p1,
         p2), "suppressWarnings(power.prop.test(n = n, p1 = p1, p2 = p2, strict = TRUE)$power)"),
     "Fisher exact power, 50": (
-        lambda: sp.prop_two(p1=p1[:2000], p2=p2[:2000], n=50, test="fisher", method="exact").power(),
+        lambda: sp.prop_two(p1=p1[:2000], p2=p2[:2000], n=50, statistic="fisher", method="exact").power(),
         lambda: each(fisher, p1[:20], p2[:20]), None),
 }
 
