@@ -662,6 +662,29 @@ Check Plan::Parts::find_whole(Values& values, Answer& answer, Cancel* cancel) co
     };
     const double least = std::max(
         x.range.low, x.place == total.place ? 2 * test->sizes.least(values) : test->sizes.least(values));
+    complete(values);
+    if (const auto powers = exact_powers(values)) {
+        const auto sizes_at = [&](double at) {
+            values.set(x, at);
+            complete(values);
+            GroupSizes sizes_of_groups;
+            for (const Argument& a : test->sizes.found) sizes_of_groups.push_back(values[a]);
+            return sizes_of_groups;
+        };
+        const auto value_at = [&](const GroupSizes& found) {
+            if (x.place == total.place) return std::accumulate(found.begin(), found.end(), 0.0);
+            return x.place == test->sizes.found.back().place ? found.back() : found.front();
+        };
+        const Chain chain{.at = [&](double size) { return sizes_at(std::max(least, std::ceil(size))); },
+                          .above = [&](const GroupSizes& before) { return sizes_at(value_at(before) + 1); }};
+        const FoundSizes found =
+            find_smallest(*powers, chain, values[target()], values[common::max_n], cancel);
+        if (found.cancelled) return kCancelled;
+        values.set(x, found.smallest.empty() ? values[common::max_n] : value_at(found.smallest));
+        answer.reached = measured(values, cancel);
+        if (found.smallest.empty()) return unreachable(answer.reached, values[common::max_n], values);
+        return {};
+    }
     double high = least;
     const bool every = jumps(values);
     while (high <= values[common::max_n] && !reaches(high) && !cancelled) high = every ? high + 1 : 2 * high;

@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "plan/vocabulary.h"
-
 namespace statplan {
 
 Tails tails_of(const Values& v, double effect) {
@@ -17,8 +15,9 @@ Check check_follows(const Values& v, const Argument& proportion, const Argument&
     for (const Argument* effect : {&risk_difference, &risk_ratio, &odds_ratio, &h})
         if (v.has(*effect))
             return Refusal{.argument = std::string(effect->name),
-                           .reason = "leaves no " + std::string(proportion.name) + " between 0 and 1 beside " +
-                                     std::string(held.name) + "; one nearer to no effect would do"};
+                           .reason = "leaves no " + std::string(proportion.name) +
+                                     " between 0 and 1 beside " + std::string(held.name) +
+                                     "; one nearer to no effect would do"};
     return {};
 }
 

@@ -25,6 +25,20 @@ Begin begin_of(double low, double largest, Holds holds) {
     return {low, high, comes};
 }
 
+/// Where the bounds begin to leave it possible that the target is reached. The tighter they are the larger the
+/// size that they hold from: first from the least size, then from there.
+template <typename Stopped>
+Begin possible(const SawTooth& powers, const Chain& chain, double target, double largest, Stopped stopped) {
+    Begin begin{0, 0, true};
+    for (int pass = 0; pass < 2 && begin.comes; ++pass) {
+        const GroupSizes from = chain.at(begin.before);
+        begin = begin_of(begin.before, largest, [&](double size) {
+            return stopped() || powers.most(chain.at(size), from) >= target;
+        });
+    }
+    return begin;
+}
+
 }  // namespace
 
 FoundSizes find_sizes(const SawTooth& powers, const Chain& chain, double target, double largest,
@@ -34,14 +48,7 @@ FoundSizes find_sizes(const SawTooth& powers, const Chain& chain, double target,
         if (cancel && cancel->IsCancelRequested()) found.cancelled = true;
         return found.cancelled;
     };
-    // The tighter the bound the larger the size that it holds from: first from the least size, then from there.
-    Begin may_reach{0, 0, true};
-    for (int pass = 0; pass < 2 && may_reach.comes; ++pass) {
-        const GroupSizes from = chain.at(may_reach.before);
-        may_reach = begin_of(may_reach.before, largest, [&](double size) {
-            return stopped() || powers.most(chain.at(size), from) >= target;
-        });
-    }
+    const Begin may_reach = possible(powers, chain, target, largest, stopped);
     if (!may_reach.comes) return found;
     const Begin always = begin_of(may_reach.before, largest, [&](double size) {
         return stopped() || powers.least(chain.at(size)) >= target;
@@ -57,6 +64,28 @@ FoundSizes find_sizes(const SawTooth& powers, const Chain& chain, double target,
         if (sizes >= end) break;
     }
     if (!always.comes) found.guaranteed.clear();
+    return found;
+}
+
+FoundSizes find_smallest(const SawTooth& powers, const Chain& chain, double target, double largest,
+                         Cancel* cancel) {
+    FoundSizes found;
+    const auto stopped = [&] {
+        if (cancel && cancel->IsCancelRequested()) found.cancelled = true;
+        return found.cancelled;
+    };
+    // In doubling steps first: one group alone may not be able to reach the target, however large it is.
+    double reached = 1;
+    while (!stopped() && !(powers.power(chain.at(reached)) >= target)) {
+        if (reached >= largest) return found;
+        reached = std::min(2 * reached, largest);
+    }
+    const Begin may_reach = possible(powers, chain, target, reached, stopped);
+    for (GroupSizes sizes = chain.at(may_reach.before); !stopped(); sizes = chain.above(sizes))
+        if (powers.power(sizes) >= target) {
+            found.smallest = sizes;
+            break;
+        }
     return found;
 }
 

@@ -28,4 +28,9 @@ struct FoundSizes {
 FoundSizes find_sizes(const SawTooth& powers, const Chain& chain, double target, double largest,
                       Cancel* cancel);
 
+/// The least allocation that reaches a power alone, where no larger one need to reach it, as when the other group
+/// does not grow: none where the target is not reached at any power of 2 up to the largest size.
+FoundSizes find_smallest(const SawTooth& powers, const Chain& chain, double target, double largest,
+                         Cancel* cancel);
+
 }  // namespace statplan

@@ -16,6 +16,9 @@ const Argument interval{
     .otherwise = wilson,
     .choices = {"wald", "anscombe-logit", "logit", "clopper-pearson", "jeffreys", "wilson", "agresti-coull"}};
 const Argument p = p1.means_in_words("Proportion expected").null_at(p0).said("a proportion of {}");
+const Measures measures{.difference = risk_difference.means_in_words("Risk difference, p1 - p0"),
+                        .ratio = risk_ratio.means_in_words("Risk ratio, p1 / p0"),
+                        .odds = odds_ratio.means_in_words("Odds ratio, p1 / (1 - p1) over p0 / (1 - p0)")};
 
 BinomialTest exact_test(const Values& v) {
     return {v[p0], v[alpha], tails_of(v, v[p] - v[p0])};
@@ -28,14 +31,7 @@ const Entry prop_one{{
     .study = "One group, a yes or no each: does the proportion of yes differ from a given value?",
     .phrase = "test of one proportion",
     .sizes = one_sample(least_1),
-    .power = {.ways = {{{p, p0}},
-                       {{p0, risk_difference.means_in_words("Risk difference, p1 - p0")},
-                        [](Values& v) { v.set(p, v[p0] + v[risk_difference]); }},
-                       {{p0, risk_ratio.means_in_words("Risk ratio, p1 / p0")},
-                        [](Values& v) { v.set(p, v[p0] * v[risk_ratio]); }},
-                       {{p0, odds_ratio.means_in_words("Odds ratio, p1 / (1 - p1) over p0 / (1 - p0)")},
-                        [](Values& v) { v.set(p, from_odds(odds(v[p0]) * v[odds_ratio])); }},
-                       {{p0, h}, [](Values& v) { v.set(p, from_angle(angle(v[p0]) + v[h])); }}},
+    .power = {.ways = any_of({{{{p, p0}}}, measures_beside_second<p1, p0>(measures)}),
               .options = {alternative, method, continuity.only_with(method, {approximate}), alpha},
               .value =
                   [](const Values& v, Cancel*) {
@@ -58,10 +54,7 @@ const Entry prop_one{{
                           return HalfCIOneSampBinom(v[n], v[p], 1 - v[confidence],
                                                     static_cast<int>(v[interval]), v.is(continuity, yes));
                       }},
-    .effects = {{risk_difference, [](const Values& v) { return v[p] - v[p0]; }},
-                {risk_ratio, [](const Values& v) { return v[p] / v[p0]; }},
-                {odds_ratio, [](const Values& v) { return odds(v[p]) / odds(v[p0]); }},
-                {h, [](const Values& v) { return angle(v[p]) - angle(v[p0]); }}},
+    .effects = measures_of<p1, p0>(measures),
     .method = [](const Values& v) -> std::string {
         if (v.is(method, exact))
             return sided(v) ? "exact binomial test" : "exact binomial test with half of alpha in each tail";

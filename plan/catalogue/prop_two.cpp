@@ -58,20 +58,12 @@ const Entry prop_two{{
     .study = "Two groups, a yes or no each: do their proportions of yes differ?",
     .phrase = "test of two proportions",
     .sizes = two_samples(least_2),
-    .power =
-        {.ways = {{{first, p2}},
-                  {{p1, risk_difference}, [](Values& v) { v.set(p2, v[p1] - v[risk_difference]); }},
-                  {{p2, risk_difference}, [](Values& v) { v.set(p1, v[p2] + v[risk_difference]); }},
-                  {{p1, risk_ratio}, [](Values& v) { v.set(p2, v[p1] / v[risk_ratio]); }},
-                  {{p2, risk_ratio}, [](Values& v) { v.set(p1, v[p2] * v[risk_ratio]); }},
-                  {{p1, odds_ratio}, [](Values& v) { v.set(p2, from_odds(odds(v[p1]) / v[odds_ratio])); }},
-                  {{p2, odds_ratio}, [](Values& v) { v.set(p1, from_odds(odds(v[p2]) * v[odds_ratio])); }},
-                  {{p1, h}, [](Values& v) { v.set(p2, from_angle(angle(v[p1]) - v[h])); }},
-                  {{p2, h}, [](Values& v) { v.set(p1, from_angle(angle(v[p2]) + v[h])); }}},
-         .options = {alternative, method, statistic, variance.only_with(statistic, {chi_square, t}),
-                     continuity.only_with(statistic, {chi_square}), alpha},
-         .value = power_of,
-         .contradiction = impossible},
+    .power = {.ways = any_of(
+                  {{{{first, p2}}}, measures_beside_first<p1, p2>(), measures_beside_second<p1, p2>()}),
+              .options = {alternative, method, statistic, variance.only_with(statistic, {chi_square, t}),
+                          continuity.only_with(statistic, {chi_square}), alpha},
+              .value = power_of,
+              .contradiction = impossible},
     .effect = [](const Values& v) { return v[p1] - v[p2]; },
     .exact_powers = [](const Values& v) -> std::optional<SawTooth> {
         if (v.is(method, approximate)) return {};
@@ -86,10 +78,7 @@ const Entry prop_two{{
                           return HalfCIIndSampBinom(v[n1], v[n2], v[p1], v[p2], 1 - v[confidence],
                                                     static_cast<int>(v[interval]), v.is(continuity, yes));
                       }},
-    .effects = {{risk_difference, [](const Values& v) { return v[p1] - v[p2]; }},
-                {risk_ratio, [](const Values& v) { return v[p1] / v[p2]; }},
-                {odds_ratio, [](const Values& v) { return odds(v[p1]) / odds(v[p2]); }},
-                {h, [](const Values& v) { return angle(v[p1]) - angle(v[p2]); }}},
+    .effects = measures_of<p1, p2>(),
     .method = [](const Values& v) -> std::string {
         const bool is_exact = v.is(method, exact);
         if (v.is(statistic, fisher))

@@ -135,6 +135,20 @@ TEST(Proportions, BothSidesOfAHeldProportionAreFound) {
     EXPECT_NEAR(found("risk-ratio", "p2 0.5").first, 1.3864500015, 1e-9);
 }
 
+TEST(Proportions, OneGroupAloneIsFoundOrCannotReachThePower) {
+    const std::string design = "prop-two solve --p1 0.3 --p2 0.5 --method exact --power 0.8 --n1 ";
+    const double n2 = answer_to(design + "60 --solve-for n2", "n2");
+    const std::string power = "prop-two power --p1 0.3 --p2 0.5 --method exact --n1 60 --n2 ";
+    EXPECT_GE(answer_to(power + std::to_string(static_cast<int>(n2)), "power"), 0.8);
+    for (int smaller = 2; smaller < n2; ++smaller)
+        EXPECT_LT(answer_to(power + std::to_string(smaller), "power"), 0.8);
+    // Beside endless others 10 are a test of p = 0.5, which rejects 0 and 1: pbinom(1, 10, 0.3) is 0.149.
+    EXPECT_THAT(refusal_of(design + "10 --solve-for n2 --statistic fisher"), HasSubstr("tends to 0.149 "));
+    EXPECT_EQ(
+        answer_to("prop-two solve --p1 0.3 --p2 0.5 --method exact --power 0.8 --solve-for total", "total"),
+        185);
+}
+
 TEST(Proportions, AnEndOfWhatIsPossibleIsNoSolution) {
     const auto record = asked("prop-paired solve --solve-for rho --p1 0.3 --p2 0.5 --n 60 --power 0.8");
     ASSERT_TRUE(record);
