@@ -177,7 +177,7 @@ export function SideBySide({ left, right, known, drop }: { left: Answered; right
   return (
     <section class="panel beside" aria-label="Two designs side by side">
       <h2>Side by side</h2>
-      <div class="scroll" tabIndex={0} role="region" aria-label="Comparison">
+      <div class="wide" tabIndex={0} role="region" aria-label="Comparison">
         <table>
           <thead>
             <tr><th scope="col"><span class="hidden">Quantity</span></th><th scope="col">{left.title}, kept</th><th scope="col">{right.title}, now</th></tr>
@@ -185,8 +185,10 @@ export function SideBySide({ left, right, known, drop }: { left: Answered; right
           {parts.map(([title, of]) => {
             const [a, b] = [of(left) ?? {}, of(right) ?? {}];
             const names = [...new Set([...Object.keys(a), ...Object.keys(b)])];
+            if (names.length === 0) return null;
             return (
               <tbody key={title}>
+                <tr><th scope="rowgroup" class="heading" colSpan={3}>{title}</th></tr>
                 {names.map((name) => {
                   const differs = shown(a[name]) !== shown(b[name]);
                   return (

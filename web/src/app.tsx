@@ -4,7 +4,7 @@ import { useAnswer, useCurve } from "./ask";
 import { type Answered, type Catalogue, argumentsOf, isRefusal, isTable, shown } from "./catalogue";
 import { Chooser } from "./chooser";
 import { pngOf, svgText } from "./chart";
-import { CurveView } from "./curve_view";
+import { CurveView, TableChart } from "./curve_view";
 import { type CurveChoice, csvOf, curveOf } from "./curve";
 import { type Design, formOf, fromFragment, newDesign, requestOf, toFragment, withValue } from "./design";
 import { DesignForm } from "./form";
@@ -47,6 +47,8 @@ export function App({ catalogue, planners }: Props) {
   const { design, curve: choice, beside } = place;
   const [choosing, setChoosing] = useState(design === null);
 
+  const form = design && formOf(catalogue, design);
+
   useEffect(() => {
     const follow = () => {
       const there = placeOf(catalogue, location.hash);
@@ -56,6 +58,14 @@ export function App({ catalogue, planners }: Props) {
     addEventListener("hashchange", follow);
     return () => removeEventListener("hashchange", follow);
   }, []);
+  // Whoever has chosen a test goes on at its form, also by keyboard.
+  const heading = useRef<HTMLHeadingElement>(null);
+  const began = useRef(false);
+  useEffect(() => {
+    document.title = `statpower: ${form && !choosing ? form.test.title : "plan a study"}`;
+    if (!choosing && began.current) heading.current?.focus({ preventScroll: true });
+    began.current = true;
+  }, [choosing, design?.test]);
   /** A new test is a new page of the browser's history; typing is not. */
   const go = (to: Place, step = false) => {
     const hash = hashOf(catalogue, to);
@@ -65,7 +75,6 @@ export function App({ catalogue, planners }: Props) {
 
   const request = useMemo(() => design && requestOf(catalogue, design), [design]);
   const asked = useAnswer(planners.answers, request);
-  const form = design && formOf(catalogue, design);
   const known = form ? argumentsOf(form.test, form.measure, catalogue.search) : new Map();
   const answer = asked.answer;
   const refusal = answer && isRefusal(answer) ? answer.refusal : undefined;
@@ -94,8 +103,10 @@ export function App({ catalogue, planners }: Props) {
       <header class="top">
         <h1>statpower</h1>
         <p class="quiet">Everything is computed on this device. Nothing leaves it.</p>
-        {form && !choosing && (
-          <button type="button" class="change" onClick={() => setChoosing(true)}>Choose another test</button>
+        {form && (
+          <button type="button" class="change" onClick={() => setChoosing(!choosing)}>
+            {choosing ? "Back to the design" : "Choose another test"}
+          </button>
         )}
       </header>
       {(choosing || !design) && (
@@ -111,7 +122,7 @@ export function App({ catalogue, planners }: Props) {
       {design && form && !choosing && (
         <main class="planning">
           <section class="panel study" aria-label="The design">
-            <h2>{form.test.title}</h2>
+            <h2 tabIndex={-1} ref={heading}>{form.test.title}</h2>
             <p class="quiet">{form.test.study}</p>
             <DesignForm
               catalogue={catalogue}
@@ -133,7 +144,12 @@ export function App({ catalogue, planners }: Props) {
               )}
               {!asked.stopped && refusal && <RefusalView refusal={refusal} known={known} blank={blank} />}
               {!asked.stopped && record && <RecordView record={record} known={known} />}
-              {!asked.stopped && table && <TableView table={table} known={known} name={table.test} />}
+              {!asked.stopped && table && (
+                <>
+                  <TableChart table={table} known={known} />
+                  <TableView table={table} known={known} name={table.test} />
+                </>
+              )}
               {record && (
                 <p class="tools">
                   <CopyButton text={location.href} label="Copy link" />
@@ -147,12 +163,13 @@ export function App({ catalogue, planners }: Props) {
             {keptRecord && record && (
               <SideBySide left={keptRecord} right={record} known={known} drop={() => go({ ...place, beside: null })} />
             )}
-            {record && drawn.curve && drawn.table && drawn.curve.target === form.measure.target && (
+            {record && lastCurve.current && drawn.curve && drawn.table && drawn.curve.target === form.measure.target && (
               <CurveView
                 form={form}
                 record={record}
                 choice={choice}
                 choose={(to) => go({ ...place, curve: to })}
+                chosen={lastCurve.current}
                 drawn={drawn}
                 drag={(to) => {
                   const x = drawn.curve!.x.argument;

@@ -10,7 +10,7 @@ export interface CurveChoice {
   from?: string;
   to?: string;
   lines?: string;
-  values?: string;
+  values?: string | undefined;
   view?: string;
 }
 
@@ -128,6 +128,11 @@ const number = (text: string | undefined): number | undefined => {
   return text !== undefined && text.trim() !== "" && Number.isFinite(x) ? x : undefined;
 };
 
+const MOST_LINES = 12;
+
+const listed = (text: string) =>
+  text.split(",").map((each) => each.trim()).filter(Boolean).slice(0, MOST_LINES);
+
 export function curveOf(form: Form, record: Answered, choice: CurveChoice): Curve | null {
   const axes = axesOf(form, record);
   const numbers = axes.filter((axis) => axis.argument.kind !== "choice");
@@ -145,8 +150,8 @@ export function curveOf(form: Form, record: Answered, choice: CurveChoice): Curv
   if (lines && contour) {
     values = evenly(...rangeOf(lines, record, form), count, lines.argument.kind === "whole");
   } else if (lines) {
-    const texts = (choice.values || usualLines(lines, record, form)).split(",").map((text) => text.trim());
-    values = texts.filter((text) => text !== "").slice(0, 12);
+    values = listed(choice.values ?? "");
+    if (values.length === 0) values = listed(usualLines(lines, record, form));
   }
 
   const request = (value: number | string, some: number[]): object => {

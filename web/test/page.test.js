@@ -15,7 +15,7 @@ after(() => chromium.close());
 async function open(t, hash = "", options = {}) {
   const context = await chromium.newContext({ offline: true, acceptDownloads: true, bypassCSP: false, ...options });
   const tab = await context.newPage();
-  tab.setDefaultTimeout(15_000);
+  tab.setDefaultTimeout(60_000);
   const wrong = [];
   tab.on("request", (request) => /^(file|blob|data):/.test(request.url()) || wrong.push(request.url()));
   tab.on("pageerror", (error) => wrong.push(error.message));
@@ -243,14 +243,11 @@ test("tables and pictures are saved", async (t) => {
 });
 
 test("a long search shows that it works, and Stop stops it", async (t) => {
-  const described = catalogue.tests.find((each) => each.sizes.found.length === 1 && each.sizes.found[0].kind === "whole");
-  const tab = await open(t);
-  await fill(tab, requestOfCommand(described.examples.find((each) => / size /.test(each.command)).command));
+  const { tab, size } = await oneGroup(t);
   const { power } = await answerOn(tab);
   await tab.click(".field:has([name=power]) .find");
   await settled(tab);
-  const [[{ name }]] = described.sizes.ways;
-  await tab.fill(`[name=${name}]`, "10:1000000");
+  await tab.fill(`[name=${size}]`, "10:1000000");
   await tab.waitForSelector(".answer progress");
   await tab.click(".answer >> text=Stop");
   await tab.waitForSelector(".answer >> text=Stopped");
@@ -260,4 +257,106 @@ test("a long search shows that it works, and Stop stops it", async (t) => {
   await tab.fill("[name=power]", "0.8");
   await settled(tab);
   assert.ok(Math.abs((await answerOn(tab)).power - power) < 1e-9);
+});
+
+/** A page that shows the first size example of a test with one group, and the name of its size. */
+async function oneGroup(t) {
+  const described = catalogue.tests.find((each) => each.sizes.found.length === 1 && each.sizes.found[0].kind === "whole");
+  const tab = await open(t);
+  await fill(tab, requestOfCommand(described.examples.find((each) => / size /.test(each.command)).command));
+  await tab.waitForSelector(".chart .line");
+  return { tab, described, size: described.sizes.found[0].name };
+}
+
+test("the point is dragged along the curve: the target follows, then the size where it is given", async (t) => {
+  const { tab, size } = await oneGroup(t);
+  const drag = async (by) => {
+    const box = await (await tab.waitForSelector(".point.movable")).boundingBox();
+    const [x, y] = [box.x + box.width / 2, box.y + box.height / 2];
+    await tab.mouse.move(x, y);
+    await tab.mouse.down();
+    await tab.mouse.move(x + by, y, { steps: 4 });
+    const reading = await tab.textContent(".legend .at");
+    await tab.mouse.up();
+    await settled(tab);
+    return Number(reading.split(" ").at(-1));
+  };
+  const before = await answerOn(tab);
+  const read = await drag(80);
+  const after_ = await answerOn(tab);
+  assert.ok(after_[size] > before[size]);
+  assert.equal(after_[size], read);
+  assert.ok(Number(await tab.inputValue("[name=power]")) > 0.8);
+  await tab.click(".field:has([name=power]) .find");
+  await settled(tab);
+  await tab.waitForSelector(`[name=${size}]`);
+  const dragged = await drag(-100);
+  assert.equal(Number(await tab.inputValue(`[name=${size}]`)), dragged);
+  assert.ok((await answerOn(tab)).power < after_.power);
+});
+
+test("several lines, contours, and their table; the address keeps them", async (t) => {
+  const { tab, size } = await oneGroup(t);
+  await tab.selectOption("[name=curve-lines]", "alpha");
+  await tab.fill("[name=curve-values]", "0.01, 0.05");
+  await tab.waitForFunction(() => document.querySelectorAll(".chart > svg .line").length === 2);
+  assert.match(await tab.textContent(".legend"), /alpha = 0.01.*alpha = 0.05/);
+  await choose(tab, "contours");
+  await tab.waitForSelector(".chart .level");
+  await tab.waitForFunction(() => !document.querySelector(".curve progress"));
+  const [download] = await Promise.all([tab.waitForEvent("download"), tab.click(".curve >> text=CSV")]);
+  const rows = readFileSync(await download.path(), "utf8").trim().split("\r\n").map((row) => row.split(","));
+  const [names, ...values] = rows;
+  assert.deepEqual(names, ["alpha", size, "power"]);
+  const [alpha, n, power] = values.find((row) => row[2] > 0.3);
+  const request = requestOfCommand(
+    catalogue.tests.find((each) => tab.url().includes(`#${each.name}?`)).examples.find((each) => / size /.test(each.command)).command,
+  );
+  const [native] = nativeAnswers([{ ...request, question: "power", power: null, alpha, [size]: n }]);
+  assert.ok(Math.abs(native.answer.power - power) < 1e-9);
+  const again = await open(t, new URL(tab.url()).hash);
+  await again.waitForSelector(".chart .level");
+});
+
+test("several values in the form make a table and its chart", async (t) => {
+  const { tab, size } = await oneGroup(t);
+  await tab.fill("[name=alpha]", "0.01, 0.05, 0.1");
+  await settled(tab);
+  await tab.waitForSelector(".answer table");
+  const cells = await tab.$$eval(".answer tbody tr", (all) => all.map((row) => [...row.children].map((cell) => Number(cell.textContent))));
+  assert.deepEqual(cells.map((row) => row[0]), [0.01, 0.05, 0.1]);
+  assert.ok(cells[0][1] > cells[1][1] && cells[1][1] > cells[2][1], `${size} falls: ${cells}`);
+  await tab.waitForSelector(".answer .chart .line");
+});
+
+test("two designs stand side by side, also from the address, and the session remembers its designs", async (t) => {
+  const { tab } = await oneGroup(t);
+  await tab.waitForTimeout(1600);
+  const kept = await answerOn(tab);
+  await tab.click("text=Keep to compare");
+  await tab.fill("[name=alpha]", "0.01");
+  await settled(tab);
+  const now = await answerOn(tab);
+  const beside = async (page_) => {
+    await page_.waitForSelector(".beside table");
+    return page_.$$eval(".beside tbody:nth-of-type(2) tr", (rows) => rows.slice(1).map((row) => [...row.querySelectorAll("td")].map((cell) => Number(cell.textContent))));
+  };
+  const names = Object.keys(kept);
+  const rows = await beside(tab);
+  rows.forEach(([left, right], i) => {
+    assert.ok(Math.abs(left - kept[names[i]]) < 1e-5 && Math.abs(right - now[names[i]]) < 1e-5, names[i]);
+  });
+  assert.deepEqual(await beside(await open(t, new URL(tab.url()).hash)), rows);
+  await tab.waitForSelector(".history li:nth-child(2)");
+  await tab.click(".history li:nth-child(2) a");
+  await settled(tab);
+  assert.deepEqual(await answerOn(tab), kept);
+});
+
+test("on paper: the form, the answer and the curve, no buttons", async (t) => {
+  const { tab } = await oneGroup(t);
+  await tab.emulateMedia({ media: "print" });
+  assert.equal(await tab.$$eval("button", (all) => all.filter((button) => button.offsetParent).length), 0);
+  assert.ok(await tab.isVisible("[data-report]"));
+  assert.ok(await tab.isVisible(".chart > svg"));
 });

@@ -47,3 +47,16 @@ test("a curve is answered as natively", () => {
   const powers = examples.filter((request) => request.question === "power");
   compare(powers.map((request) => ({ ...request, alpha: "0.01:0.2:0.005" })));
 });
+
+test("every choice of every test is answered as natively", (t) => {
+  const requests = catalogue.tests.flatMap((each) => {
+    const choices = [...each.power.options, ...(each.precision?.options ?? [])].filter((a) => a.choices);
+    return each.examples.flatMap((example) =>
+      choices.flatMap((a) => a.choices.map((word) => ({ ...requestOfCommand(example.command), [a.name]: word }))),
+    );
+  });
+  const { answers, largest } = compare(requests);
+  t.diagnostic(
+    `${answers.filter((answer) => answer.answer).length} answers and ${answers.filter((answer) => answer.refusal).length} refusals, largest relative difference ${largest}`,
+  );
+});
