@@ -9,23 +9,22 @@
 
 #include "statpower/core.h"
 #include "support/record.h"
+#include "support/values.h"
 
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 using testing::Each;
 using testing::ElementsAre;
 using testing_support::CountingCancel;
+using testing_support::kInfinity;
+using testing_support::kNaN;
 using testing_support::RecordedObjective;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kCeiling = 8.988465674311579e+307;
 
 const std::vector<double> kDesign = {0.8, 1, 2};
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
 
 double search(double low, double high, OrvQueryCancel* cancel = nullptr) {
     return PowerReverse_Binom(kDesign, RecordedObjective::call, cancel, low, high);

@@ -2,14 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "statpower/core.h"
+#include "support/values.h"
+
+using testing_support::kInfinity;
+using testing_support::kNaN;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(Constants, SlackAndToleranceHaveTheirValues) {
     EXPECT_EQ(tol1, 1e-12);

@@ -7,17 +7,18 @@
 
 #include "statpower/core.h"
 #include "support/record.h"
+#include "support/values.h"
 
 using OrvCommon_940::OrvMV;
 using testing::Each;
 using testing::ElementsAre;
 using testing_support::CountingCancel;
+using testing_support::kInfinity;
+using testing_support::kNaN;
 using testing_support::RecordedObjective;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kCeiling = 8.988465674311579e+307;
 
 const std::vector<double> kDesign = {0.8, 1, 2};

@@ -30,26 +30,34 @@ struct Family {
     std::function<XYZPlot(double N, double alpha, double step)> over_null_and_alternative;
 };
 
-// Binds the leading flags of a family's functions.
-#define FAMILY(NAME, TEST, ...)                                                       \
-    Family {                                                                          \
-        NAME, 0, [=](auto... a) { return PowerbyOneSamp##TEST(__VA_ARGS__, a...); },  \
-            [=](auto... a) { return PlotNOneSamp##TEST(__VA_ARGS__, a...); },         \
-            [=](auto... a) { return PlotNullOneSamp##TEST(__VA_ARGS__, a...); },      \
-            [=](auto... a) { return PlotAlterOneSamp##TEST(__VA_ARGS__, a...); },     \
-            [=](auto... a) { return PlotRiskDiffOneSamp##TEST(__VA_ARGS__, a...); },  \
-            [=](auto... a) { return PlotNRiskDiffOneSamp##TEST(__VA_ARGS__, a...); }, \
-            [=](auto... a) { return PlotNNullOneSamp##TEST(__VA_ARGS__, a...); },     \
-            [=](auto... a) { return PlotNAlterOneSamp##TEST(__VA_ARGS__, a...); },    \
-            [=](auto... a) { return PlotNullAlterOneSamp##TEST(__VA_ARGS__, a...); }  \
-    }
-
 Family pearson(int sided, bool bias) {
-    return FAMILY("Pearson", Pearson, sided, bias);
+    const auto with = [=](auto f) { return [=](auto... rest) { return f(sided, bias, rest...); }; };
+    return {"Pearson",
+            0,
+            with(PowerbyOneSampPearson),
+            with(PlotNOneSampPearson),
+            with(PlotNullOneSampPearson),
+            with(PlotAlterOneSampPearson),
+            with(PlotRiskDiffOneSampPearson),
+            with(PlotNRiskDiffOneSampPearson),
+            with(PlotNNullOneSampPearson),
+            with(PlotNAlterOneSampPearson),
+            with(PlotNullAlterOneSampPearson)};
 }
 
 Family spearman(int method, int sided) {
-    return FAMILY("Spearman", Spearman, method, sided);
+    const auto with = [=](auto f) { return [=](auto... rest) { return f(method, sided, rest...); }; };
+    return {"Spearman",
+            0,
+            with(PowerbyOneSampSpearman),
+            with(PlotNOneSampSpearman),
+            with(PlotNullOneSampSpearman),
+            with(PlotAlterOneSampSpearman),
+            with(PlotRiskDiffOneSampSpearman),
+            with(PlotNRiskDiffOneSampSpearman),
+            with(PlotNNullOneSampSpearman),
+            with(PlotNAlterOneSampSpearman),
+            with(PlotNullAlterOneSampSpearman)};
 }
 
 Family partial(int sided, double k) {
@@ -76,18 +84,10 @@ std::vector<Family> families() {
     return {pearson(1, false), pearson(0, true), spearman(2, 1), spearman(0, 0), partial(1, 2)};
 }
 
-double narrowed(double power) {
-    return static_cast<double>(static_cast<float>(power));
-}
-
 std::vector<double> points(int count, std::function<double(int)> value) {
     std::vector<double> result;
     for (int i = 0; i < count; ++i) result.push_back(value(i));
     return result;
-}
-
-std::vector<double> whole_numbers(int from, int to) {
-    return points(to - from + 1, [=](int i) { return from + i; });
 }
 
 // ---- Grids -----------------------------------------------------------------------------------------------

@@ -4,59 +4,29 @@
 #include "means/expectations.h"
 #include "means/two.h"
 #include "statpower/means.h"
+#include "support/curves.h"
 
 using namespace POWER_NAMESPACE;
 
 namespace {
 
-double single(double power) {
-    return static_cast<double>(static_cast<float>(power));
-}
-
-// ---- Results as vectors, their arrays released -----------------------------------------------------------
-
-struct Curve {
-    std::vector<double> x, y;
-
-    Curve(XYPlot plot) : x(plot.x, plot.x + plot.count), y(plot.y, plot.y + plot.count) {
-        empty = plot.count == 0 && plot.x == nullptr && plot.y == nullptr;
-        FreeMemXYPlot(plot);
-    }
-
-    bool empty;
-};
-
-struct Surface {
-    std::vector<double> x, y, z;
-
-    Surface(XYZPlot plot)
-        : x(plot.x, plot.x + plot.nx), y(plot.y, plot.y + plot.ny), z(plot.z, plot.z + x.size() * y.size()) {
-        empty = plot.nx == 0 && plot.ny == 0 && plot.x == nullptr && plot.y == nullptr && plot.z == nullptr;
-        FreeMemXYZPlot(plot);
-    }
-
-    double at(std::size_t i, std::size_t j) const { return z.at(i * y.size() + j); }
-
-    bool empty;
-};
-
 void expect_empty(const Curve& curve) {
-    EXPECT_TRUE(curve.empty);
+    EXPECT_TRUE(curve.empty());
 }
 void expect_empty(const Surface& surface) {
-    EXPECT_TRUE(surface.empty);
+    EXPECT_TRUE(surface.empty());
 }
 
 void expect_powers(const Curve& curve, const std::function<double(double)>& power) {
-    ASSERT_FALSE(curve.empty);
-    for (std::size_t i = 0; i < curve.x.size(); ++i) EXPECT_EQ(curve.y[i], single(power(curve.x[i]))) << i;
+    ASSERT_FALSE(curve.empty());
+    for (std::size_t i = 0; i < curve.x.size(); ++i) EXPECT_EQ(curve.y[i], narrowed(power(curve.x[i]))) << i;
 }
 
 void expect_powers(const Surface& surface, const std::function<double(double, double)>& power) {
-    ASSERT_FALSE(surface.empty);
+    ASSERT_FALSE(surface.empty());
     for (std::size_t i = 0; i < surface.x.size(); ++i)
         for (std::size_t j = 0; j < surface.y.size(); ++j)
-            EXPECT_EQ(surface.at(i, j), single(power(surface.x[i], surface.y[j]))) << i << ", " << j;
+            EXPECT_EQ(surface.at(i, j), narrowed(power(surface.x[i], surface.y[j]))) << i << ", " << j;
 }
 
 /// c + 1 points low + i * step, the last exactly high.
@@ -314,7 +284,7 @@ TEST(EffectCurves, ALowerEndOfMinusFiveIsZeroForTwoSidedCurvesAndStaysForOneSide
 }
 
 TEST(EffectCurves, ThatAreTwoSidedAreEmptyFromANegativeEffect) {
-    for (double low : {-1.0, -kAboveZero, std::nextafter(-5.0, 0.0), -6.0}) {
+    for (double low : {-1.0, -kSmallest, std::nextafter(-5.0, 0.0), -6.0}) {
         for (const Curve& curve : (OverEffect{.low = low}).all()) expect_empty(curve);
         for (const Surface& surface : (OverSizeAndEffect{.low = low}).all()) expect_empty(surface);
         expect_empty((OverRatio{.es_low = low}).effects());
@@ -496,12 +466,12 @@ TEST(RatioCurves, ButNotTheSurfacesAreEmptyWhereAGroupWouldHaveOneObservationOrL
     for (const auto& d : {OverRatio{.low = 1.0 / 51}, OverRatio{.high = 51}, OverRatio{.high = 60}}) {
         expect_empty(d.means());
         expect_empty(d.effect());
-        EXPECT_FALSE(d.effects().empty);
-        EXPECT_FALSE(d.differences().empty);
+        EXPECT_FALSE(d.effects().empty());
+        EXPECT_FALSE(d.differences().empty());
     }
     const OverRatio inside{.low = 1.0 / 50.9, .high = 50.9};
-    EXPECT_FALSE(inside.means().empty);
-    EXPECT_FALSE(inside.effect().empty);
+    EXPECT_FALSE(inside.means().empty());
+    EXPECT_FALSE(inside.effect().empty());
 }
 
 TEST(RatioCurves, AreEmptyForAlphaOutsideZeroToOneAndForATotalOfOneOrLess) {
@@ -563,7 +533,7 @@ TEST(RatioSurfaces, InTheFirstRowReplaceAMissingPowerByTheCoordinateBefore) {
         for (const Surface* surface : {&effects, &differences}) {
             EXPECT_MISSING(surface->at(0, 0));
             for (std::size_t j = 1; j < surface->y.size(); ++j)
-                EXPECT_EQ(surface->at(0, j), single(surface->y[j - 1])) << j;
+                EXPECT_EQ(surface->at(0, j), narrowed(surface->y[j - 1])) << j;
             EXPECT_PRESENT(surface->at(1, 0));
         }
     }

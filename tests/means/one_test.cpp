@@ -5,7 +5,6 @@
 #include "statpower/means.h"
 
 using namespace POWER_NAMESPACE;
-using testing_support::read_table;
 
 namespace {
 
@@ -71,7 +70,7 @@ TEST(OneSamplePower, TwoSidedForAnEffectSizeChecksOnlyThatNIsNotAtMostOne) {
 TEST(OneSamplePower, OneSidedForAnEffectSizeIsMissingUnlessAlphaIsBetweenZeroAndOne) {
     for (double alpha : kLevelsRefused) EXPECT_MISSING(PowerOneSampleDirectionalES(10, 0.5, alpha));
     EXPECT_MISSING(PowerOneSampleDirectionalES(kNaN, 0.5, 0.05));
-    for (double alpha : {kAboveZero, kBelowOne}) EXPECT_PRESENT(PowerOneSampleDirectionalES(10, 0.5, alpha));
+    for (double alpha : {kSmallest, kBelowOne}) EXPECT_PRESENT(PowerOneSampleDirectionalES(10, 0.5, alpha));
     EXPECT_EQ(PowerOneSampleDirectionalES(10, kNaN, 0.05), 1);
 }
 
@@ -103,7 +102,7 @@ TEST(OneSampleEffectSize, IsMissingForAStandardDeviationOfExactlyZeroOnly) {
     EXPECT_MISSING(EffectSizeOneSample(1, 0, 0));
     EXPECT_MISSING(EffectSizeOneSample(1, -0.0, 0));
     EXPECT_EQ(EffectSizeOneSample(5, -1, 3), -2);
-    EXPECT_EQ(EffectSizeOneSample(1, kAboveZero, 0), kInfinity);
+    EXPECT_EQ(EffectSizeOneSample(1, kSmallest, 0), kInfinity);
 }
 
 // ---- Sample size -----------------------------------------------------------------------------------------

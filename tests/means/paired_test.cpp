@@ -5,7 +5,6 @@
 #include "statpower/means.h"
 
 using namespace POWER_NAMESPACE;
-using testing_support::read_table;
 
 namespace {
 
@@ -85,7 +84,7 @@ TEST(RelatedPower, ForAnEffectSizeIsMissingUnlessAlphaIsBetweenZeroAndOneUnlikeT
         EXPECT_MISSING(PowerRelatedDirectionalES(10, 0.5, alpha));
         EXPECT_PRESENT(PowerOneSampleNondirectionalES(10, 0.5, alpha));
     }
-    for (double alpha : {kAboveZero, kBelowOne}) {
+    for (double alpha : {kSmallest, kBelowOne}) {
         EXPECT_PRESENT(PowerRelatedNondirectionalES(10, 0.5, alpha));
         EXPECT_PRESENT(PowerRelatedDirectionalES(10, 0.5, alpha));
     }
@@ -154,7 +153,7 @@ TEST(RelatedDesign, TheFirstStandardDeviationIsAboveZero) {
 }
 
 TEST(RelatedDesign, TheSecondStandardDeviationIsNotNegative) {
-    expect_refused({.sd2 = -kAboveZero});
+    expect_refused({.sd2 = -kSmallest});
     expect_accepted({.sd2 = 0});
 }
 

@@ -7,7 +7,6 @@
 
 using namespace POWER_NAMESPACE;
 using testing::ElementsAre;
-using testing_support::read_table;
 
 namespace {
 
@@ -213,7 +212,7 @@ TEST(IndependentEffectSize, IsTheDifferenceInStandardDeviations) {
 
 TEST(IndependentEffectSize, IsMissingForAStandardDeviationOfExactlyZero) {
     EXPECT_MISSING(EffectSizeIndependent(5, 3, 0));
-    EXPECT_EQ(EffectSizeIndependent(5, 3, kAboveZero), kInfinity);
+    EXPECT_EQ(EffectSizeIndependent(5, 3, kSmallest), kInfinity);
 }
 
 // ---- Sample size -----------------------------------------------------------------------------------------

@@ -2,20 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "orvcommon/dist_fun.h"
 #include "orvcommon/mv.h"
+#include "support/values.h"
 
 using OrvCommon_940::OrvMV;
 using OrvMath_940::OrvDistFun;
+using testing_support::kInfinity;
+using testing_support::kNaN;
 
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-#define EXPECT_MISSING(value) EXPECT_TRUE(OrvMV::IsMissing(value))
 
 double cdf_t(double t, double df, double delta) {
     return OrvDistFun::NonCentralCdfT(t, df, delta, 1e-12);

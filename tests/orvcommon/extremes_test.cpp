@@ -13,14 +13,14 @@
 #include "orvcommon/mv.h"
 #include "orvcommon/operations.h"
 #include "orvcommon/step_count.h"
+#include "support/values.h"
 
 using OrvCommon_940::OrvMV;
+using testing_support::kInfinity;
 using testing_support::Operation;
 using testing_support::operations;
 
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Steps are terms of a series, of a continued fraction or of a contour sum: 2 to 60 ns each, the dearest
 /// fewer.

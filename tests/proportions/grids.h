@@ -1,49 +1,13 @@
-// What the tests of curves share: results that release themselves, and the checks of every curve.
+// What the tests of curves of one proportion and of paired proportions share.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "statpower/core.h"
+#include "support/curves.h"
 
 namespace testing_support {
-
-/// A curve, copied and released.
-struct Curve {
-    Curve(XYPlot plot) : x(plot.x, plot.x + plot.count), y(plot.y, plot.y + plot.count) {
-        EXPECT_EQ(plot.x == nullptr, plot.count == 0);
-        EXPECT_EQ(plot.y == nullptr, plot.count == 0);
-        FreeMemXYPlot(plot);
-    }
-
-    bool empty() const { return x.empty(); }
-
-    std::vector<double> x;
-    std::vector<double> y;
-};
-
-/// A surface, copied and released.
-struct Surface {
-    Surface(XYZPlot plot)
-        : x(plot.x, plot.x + plot.nx), y(plot.y, plot.y + plot.ny), z(plot.z, plot.z + plot.nx * plot.ny) {
-        EXPECT_EQ(plot.x == nullptr, plot.nx == 0);
-        EXPECT_EQ(plot.y == nullptr, plot.ny == 0);
-        EXPECT_EQ(plot.z == nullptr, plot.nx == 0);
-        FreeMemXYZPlot(plot);
-    }
-
-    bool empty() const { return x.empty() && y.empty() && z.empty(); }
-    double at(std::size_t i, std::size_t j) const { return z.at(i * y.size() + j); }
-
-    std::vector<double> x;
-    std::vector<double> y;
-    std::vector<double> z;
-};
-
-inline double narrowed(double power) {
-    return static_cast<float>(power);
-}
 
 /// Every point of the curve is power(x) in single precision.
 template <class Power>
@@ -63,13 +27,6 @@ void expect_surface(const Surface& surface, const std::vector<double>& xs, const
     for (std::size_t i = 0; i < xs.size(); ++i)
         for (std::size_t j = 0; j < ys.size(); ++j)
             EXPECT_EQ(surface.at(i, j), narrowed(power(xs[i], ys[j]))) << xs[i] << ", " << ys[j];
-}
-
-/// first, first + 1, ..., last.
-inline std::vector<double> whole_numbers(double first, double last) {
-    std::vector<double> numbers;
-    for (double n = first; n <= last; ++n) numbers.push_back(n);
-    return numbers;
 }
 
 /// step, 2 step, ..., count step, each less `shift`.

@@ -17,10 +17,6 @@ namespace {
 
 constexpr int kFixed = 0, kRandom = 1, kRandomToo = 2;
 
-double narrowed(double power) {
-    return static_cast<double>(static_cast<float>(power));
-}
-
 std::vector<double> points(int count, std::function<double(int)> value) {
     std::vector<double> result;
     for (int i = 0; i < count; ++i) result.push_back(value(i));

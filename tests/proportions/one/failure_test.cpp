@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "orvcommon/mv.h"
-#include "proportions/failing_binomial.h"
 #include "proportions/one/walk.h"
 #include "statpower/one_sample_binomial.h"
+#include "support/distribution_stand_in.h"
 #include "support/record.h"
 
 using OrvCommon_940::OrvMV;

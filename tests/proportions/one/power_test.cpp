@@ -14,24 +14,22 @@
 #include "statpower/one_sample_binomial.h"
 #include "support/record.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 using OrvMath_940::OrvDistFun;
 using testing_support::CountingCancel;
+using testing_support::kAboveOne;
+using testing_support::kBelowOne;
+using testing_support::kInfinity;
+using testing_support::kNaN;
+using testing_support::kSmallest;
 using testing_support::one_sample_power_by_walk;
 using testing_support::read_table;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-const double kBelowOne = std::nextafter(1.0, 0.0);
-const double kAboveOne = std::nextafter(1.0, 2.0);
-
-#define EXPECT_MISSING(value) EXPECT_PRED1(OrvMV::IsMissing, value)
 
 double phi(double x) {
     return std::erfc(-x / std::sqrt(2.0)) / 2;

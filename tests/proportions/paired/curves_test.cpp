@@ -7,21 +7,21 @@
 
 #include "proportions/grids.h"
 #include "statpower/related_binomial.h"
+#include "support/values.h"
 
 using testing_support::Curve;
 using testing_support::expect_curve;
 using testing_support::expect_surface;
+using testing_support::kAboveOne;
+using testing_support::kBelowOne;
+using testing_support::kBelowTwo;
+using testing_support::kNaN;
+using testing_support::kSmallest;
 using testing_support::steps;
 using testing_support::Surface;
 using testing_support::whole_numbers;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
-const double kAboveOne = std::nextafter(1.0, 2.0);
-const double kBelowOne = std::nextafter(1.0, 0.0);
-const double kBelowTwo = std::nextafter(2.0, 0.0);
 
 /// A valid call of every curve, of which a test breaks one argument.
 struct Call {

@@ -1,9 +1,9 @@
 // The exact test of paired proportions when the distribution library fails.
 #include <gtest/gtest.h>
 
-#include "proportions/failing_binomial.h"
 #include "proportions/paired/sum.h"
 #include "statpower/related_binomial.h"
+#include "support/distribution_stand_in.h"
 
 using testing_support::BinomialCall;
 using testing_support::FailingCalls;

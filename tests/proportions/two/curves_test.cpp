@@ -3,74 +3,38 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-#include <memory>
-#include <span>
 
 #include "orvcommon/mv.h"
 #include "statpower/independent_binomial.h"
+#include "support/curves.h"
+#include "support/values.h"
 
 using testing::DoubleEq;
 using testing::ElementsAre;
+using namespace testing_support;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-/// A curve or surface that releases itself.
-class Curve {
-  public:
-    explicit Curve(XYPlot plot) : plot_(plot) {}
-    ~Curve() { FreeMemXYPlot(plot_); }
-    Curve(const Curve&) = delete;
-    std::span<const double> x() const { return {plot_.x, static_cast<std::size_t>(plot_.count)}; }
-    std::span<const double> y() const { return {plot_.y, static_cast<std::size_t>(plot_.count)}; }
-    bool empty() const { return plot_.count == 0 && plot_.x == nullptr && plot_.y == nullptr; }
-
-  private:
-    XYPlot plot_;
-};
-
-class Surface {
-  public:
-    explicit Surface(XYZPlot plot) : plot_(plot) {}
-    ~Surface() { FreeMemXYZPlot(plot_); }
-    Surface(const Surface&) = delete;
-    std::span<const double> x() const { return {plot_.x, static_cast<std::size_t>(plot_.nx)}; }
-    std::span<const double> y() const { return {plot_.y, static_cast<std::size_t>(plot_.ny)}; }
-    double z(std::size_t i, std::size_t j) const { return plot_.z[i * y().size() + j]; }
-    bool empty() const { return plot_.nx == 0 && plot_.ny == 0 && plot_.x == nullptr && plot_.z == nullptr; }
-
-  private:
-    XYZPlot plot_;
-};
-
-double single(double value) {
-    return static_cast<float>(value);
-}
-
 /// Two-sided exact chi-square power unless said otherwise.
 double power(double n1, double n2, double p1, double p2, int method = 1, int test = 0) {
-    return single(PowerIndSampBinom(n1, n2, p1, p2, 0.05, method, test, 0, true, false, nullptr));
+    return narrowed(PowerIndSampBinom(n1, n2, p1, p2, 0.05, method, test, 0, true, false, nullptr));
 }
 
 TEST(TwoProportionsByProportions, TheGridIsTheMultiplesOfTheStep) {
     const Surface s(PlotPropIndSampBinom(1, 0, 0, true, false, 12, 9, 0.5, 0.5, 0.05, 0.05));
-    ASSERT_EQ(s.x().size(), 19U);
-    ASSERT_EQ(s.y().size(), 19U);
+    ASSERT_EQ(s.x.size(), 19U);
+    ASSERT_EQ(s.y.size(), 19U);
     for (std::size_t k = 0; k < 19; ++k) {
-        EXPECT_EQ(s.x()[k], static_cast<double>(k + 1) * 0.05);
-        EXPECT_EQ(s.y()[k], static_cast<double>(k + 1) * 0.05);
+        EXPECT_EQ(s.x[k], static_cast<double>(k + 1) * 0.05);
+        EXPECT_EQ(s.y[k], static_cast<double>(k + 1) * 0.05);
     }
-    EXPECT_EQ(s.z(3, 14), power(12, 9, 4 * 0.05, 15 * 0.05));
-    EXPECT_EQ(s.z(14, 3), power(12, 9, 15 * 0.05, 4 * 0.05));
+    EXPECT_EQ(s.at(3, 14), power(12, 9, 4 * 0.05, 15 * 0.05));
+    EXPECT_EQ(s.at(14, 3), power(12, 9, 15 * 0.05, 4 * 0.05));
 }
 
 TEST(TwoProportionsByProportions, TheCountIsTruncated) {
-    EXPECT_EQ(Surface(PlotPropIndSampBinom(0, 0, 0, false, false, 12, 9, 0.5, 0.5, 0.05, 0.3)).x().size(),
-              2U);
-    EXPECT_EQ(Surface(PlotPropIndSampBinom(0, 0, 0, false, false, 12, 9, 0.5, 0.5, 0.05, 0.5)).x().size(),
-              1U);
+    EXPECT_EQ(Surface(PlotPropIndSampBinom(0, 0, 0, false, false, 12, 9, 0.5, 0.5, 0.05, 0.3)).x.size(), 2U);
+    EXPECT_EQ(Surface(PlotPropIndSampBinom(0, 0, 0, false, false, 12, 9, 0.5, 0.5, 0.05, 0.5)).x.size(), 1U);
 }
 
 TEST(TwoProportionsByProportions, EveryArgumentIsCheckedAlsoTheProportionsThatTheGridReplaces) {
@@ -91,16 +55,16 @@ TEST(TwoProportionsByProportions, EveryArgumentIsCheckedAlsoTheProportionsThatTh
 
 TEST(TwoProportionsByRiskDifference, TheCountIsRoundedAndTheAxisShifted) {
     const Curve c(PlotRiskDiffIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.3));
-    ASSERT_EQ(c.x().size(), 2U);
-    EXPECT_EQ(c.x()[0], 0.3 + (0.4 - 1));
-    EXPECT_EQ(c.x()[1], 2 * 0.3 + (0.4 - 1));
-    EXPECT_EQ(c.y()[1], power(12, 9, 0.4, 0.4 - c.x()[1]));
+    ASSERT_EQ(c.x.size(), 2U);
+    EXPECT_EQ(c.x[0], 0.3 + (0.4 - 1));
+    EXPECT_EQ(c.x[1], 2 * 0.3 + (0.4 - 1));
+    EXPECT_EQ(c.y[1], power(12, 9, 0.4, 0.4 - c.x[1]));
 }
 
 TEST(TwoProportionsByRiskDifference, TheCountIsRoundedUnlikeThatOfTheOtherGrids) {
     // 1 / 0.4 = 2.5: rounded 3, truncated 2.
-    EXPECT_EQ(Curve(PlotRiskDiffIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.4)).x().size(), 2U);
-    EXPECT_EQ(Surface(PlotPropIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.5, 0.05, 0.4)).x().size(), 1U);
+    EXPECT_EQ(Curve(PlotRiskDiffIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.4)).x.size(), 2U);
+    EXPECT_EQ(Surface(PlotPropIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.5, 0.05, 0.4)).x.size(), 1U);
 }
 
 TEST(TwoProportionsByRiskDifference, EveryArgumentIsChecked) {
@@ -119,13 +83,13 @@ TEST(TwoProportionsByRiskDifference, EveryArgumentIsChecked) {
 
 TEST(TwoProportionsByRiskRatio, TheAxisRunsFromTheMinimum) {
     const Curve c(PlotRiskRatioIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.5, 2.5, 0.25));
-    EXPECT_THAT(c.x(), ElementsAre(0.5, 1, 1.5, 2, 2.5));
-    EXPECT_EQ(c.y()[3], power(12, 9, 0.4, 0.2));
+    EXPECT_THAT(c.x, ElementsAre(0.5, 1, 1.5, 2, 2.5));
+    EXPECT_EQ(c.y[3], power(12, 9, 0.4, 0.2));
 }
 
 TEST(TwoProportionsByRiskRatio, WithoutAMinimumTheAxisStartsOneIncrementAboveTheProportion) {
     const Curve c(PlotRiskRatioIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0, 2, 0.25));
-    EXPECT_THAT(c.x(), ElementsAre(0.9, 1.4, 1.9));
+    EXPECT_THAT(c.x, ElementsAre(0.9, 1.4, 1.9));
 }
 
 TEST(TwoProportionsByRiskRatio, EveryArgumentIsChecked) {
@@ -152,15 +116,15 @@ TEST(TwoProportionsByRiskRatio, EveryArgumentIsChecked) {
 
 TEST(TwoProportionsByOddsRatio, TheAxisRunsFromTheMinimum) {
     const Curve c(PlotOddsRatioIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0.5, 2.5, 0.25));
-    EXPECT_THAT(c.x(), ElementsAre(0.5, 1, 1.5, 2, 2.5));
-    EXPECT_EQ(c.y()[3], power(12, 9, 0.4, 0.4 / ((1 - 0.4) * 2 + 0.4)));
+    EXPECT_THAT(c.x, ElementsAre(0.5, 1, 1.5, 2, 2.5));
+    EXPECT_EQ(c.y[3], power(12, 9, 0.4, 0.4 / ((1 - 0.4) * 2 + 0.4)));
 }
 
 TEST(TwoProportionsByOddsRatio, WithoutAMinimumTheAxisStartsAtOneThird) {
     const Curve c(PlotOddsRatioIndSampBinom(1, 0, 0, true, false, 12, 9, 0.4, 0.05, 0, 3, 0.5));
-    ASSERT_EQ(c.x().size(), 3U);
-    EXPECT_EQ(c.x()[0], 1.0 / 3);
-    EXPECT_DOUBLE_EQ(c.x()[1], 5.0 / 3);
+    ASSERT_EQ(c.x.size(), 3U);
+    EXPECT_EQ(c.x[0], 1.0 / 3);
+    EXPECT_DOUBLE_EQ(c.x[1], 5.0 / 3);
 }
 
 TEST(TwoProportionsByOddsRatio, EveryArgumentIsChecked) {
@@ -182,8 +146,8 @@ TEST(TwoProportionsByOddsRatio, EveryArgumentIsChecked) {
 
 TEST(TwoProportionsByRatio, AnExplicitRangeEndsAtItsMaximum) {
     const Curve c(PlotNRatioIndSampBinom(1, 0, 0, true, false, 100, 0.3, 0.6, 0.05, 0.5, 2, 0.25));
-    EXPECT_THAT(c.x(), ElementsAre(0.5, 0.875, 1.25, 1.625, 2));
-    EXPECT_EQ(c.y()[3], power(100 / (1.625 + 1), 1.625 * 100 / (1.625 + 1), 0.3, 0.6));
+    EXPECT_THAT(c.x, ElementsAre(0.5, 0.875, 1.25, 1.625, 2));
+    EXPECT_EQ(c.y[3], power(100 / (1.625 + 1), 1.625 * 100 / (1.625 + 1), 0.3, 0.6));
 }
 
 TEST(TwoProportionsByRatio, AnAutomaticRangeDoesNotShowItsEnds) {
@@ -191,7 +155,7 @@ TEST(TwoProportionsByRatio, AnAutomaticRangeDoesNotShowItsEnds) {
     const double d = (99 - low) / 4;
     for (double r_max : {0.0, 3.0}) {
         const Curve c(PlotNRatioIndSampBinom(1, 0, 0, true, false, 100, 0.3, 0.6, 0.05, 0, r_max, 0.25));
-        EXPECT_THAT(c.x(), ElementsAre(DoubleEq(low + d), DoubleEq(low + 2 * d), DoubleEq(low + 3 * d)));
+        EXPECT_THAT(c.x, ElementsAre(DoubleEq(low + d), DoubleEq(low + 2 * d), DoubleEq(low + 3 * d)));
     }
 }
 
@@ -200,14 +164,14 @@ TEST(TwoProportionsByRatio, AnAutomaticRangeOfTheArcsineFormIsWhereItIsUsable) {
     const Curve rising(PlotNRatioIndSampBinom(0, 3, 0, false, false, 20, 0.9, 0.95, 0.05, 0, 0, 0.5));
     const double low = std::max(1 / (40 * 0.95 - 1), 1 / 19.0);
     const double high = std::min(40 * (1 - 0.9) - 1, 19.0);
-    EXPECT_THAT(rising.x(), ElementsAre(DoubleEq(low + (high - low) / 2)));
+    EXPECT_THAT(rising.x, ElementsAre(DoubleEq(low + (high - low) / 2)));
     const Curve falling(PlotNRatioIndSampBinom(0, 3, 0, false, false, 20, 0.15, 0.9e-1, 0.05, 0, 0, 0.5));
     const double low2 = std::max(1 / (40 * (1 - 0.09) - 1), 1 / 19.0);
     const double high2 = std::min(40 * 0.15 - 1, 19.0);
-    EXPECT_THAT(falling.x(), ElementsAre(DoubleEq(low2 + (high2 - low2) / 2)));
+    EXPECT_THAT(falling.x, ElementsAre(DoubleEq(low2 + (high2 - low2) / 2)));
     // The exact test has the whole range.
     const Curve exact(PlotNRatioIndSampBinom(1, 3, 0, false, false, 20, 0.9, 0.95, 0.05, 0, 0, 0.5));
-    EXPECT_THAT(exact.x(), ElementsAre(DoubleEq(1 / 19.0 + (19 - 1 / 19.0) / 2)));
+    EXPECT_THAT(exact.x, ElementsAre(DoubleEq(1 / 19.0 + (19 - 1 / 19.0) / 2)));
 }
 
 TEST(TwoProportionsByRatio, EveryArgumentIsChecked) {
@@ -238,22 +202,22 @@ std::vector<double> first_sizes(int method, int test, int min1, int max1, int mi
     const Surface s(
         PlotNIndSampBinom(method, test, 0, true, false, min1, max1, min2, max2, n1, n2, p1, p2, 0.05));
     std::vector<double> ends;
-    if (!s.empty()) ends = {s.x().front(), s.x().back(), s.y().front(), s.y().back()};
+    if (!s.empty()) ends = {s.x.front(), s.x.back(), s.y.front(), s.y.back()};
     return ends;
 }
 
 TEST(TwoProportionsBySizes, PowersRunOverTheSecondGroupWithinTheFirst) {
     const Surface s(PlotNIndSampBinom(1, 0, 0, true, false, 5, 8, 10, 12, 1, 1, 0.2, 0.7, 0.05));
-    EXPECT_THAT(s.x(), ElementsAre(5, 6, 7, 8));
-    EXPECT_THAT(s.y(), ElementsAre(10, 11, 12));
-    EXPECT_EQ(s.z(1, 2), power(6, 12, 0.2, 0.7));
-    EXPECT_EQ(s.z(3, 0), power(8, 10, 0.2, 0.7));
+    EXPECT_THAT(s.x, ElementsAre(5, 6, 7, 8));
+    EXPECT_THAT(s.y, ElementsAre(10, 11, 12));
+    EXPECT_EQ(s.at(1, 2), power(6, 12, 0.2, 0.7));
+    EXPECT_EQ(s.at(3, 0), power(8, 10, 0.2, 0.7));
 }
 
 TEST(TwoProportionsBySizes, TheStepGrowsWithTheSpanAndTheLastPointIsTheMaximum) {
     const auto axis = [](int low, int high) {
         const Surface s(PlotNIndSampBinom(0, 0, 0, true, false, low, high, 9, 9, 1, 1, 0.2, 0.7, 0.05));
-        return std::vector<double>(s.x().begin(), s.x().end());
+        return std::vector<double>(s.x.begin(), s.x.end());
     };
     EXPECT_EQ(axis(10, 259).size(), 250U);
     EXPECT_EQ(axis(10, 259)[1], 11);
@@ -296,8 +260,8 @@ TEST(TwoProportionsBySizes, AMinimumIsZeroOrAtLeastTwoExceptForTheArcsineForm) {
 
 TEST(TwoProportionsBySizes, APointThatHasNoPowerIsMinusOne) {
     const Surface s(PlotNIndSampBinom(0, 0, 0, true, false, 0, 3, 5, 5, 10, 10, 0.2, 0.7, 0.05));
-    EXPECT_EQ(s.z(0, 0), -1);
-    EXPECT_GE(s.z(1, 0), 0);
+    EXPECT_EQ(s.at(0, 0), -1);
+    EXPECT_GE(s.at(1, 0), 0);
 }
 
 TEST(TwoProportionsBySizes, EveryArgumentIsChecked) {
@@ -318,7 +282,7 @@ TEST(TwoProportionsBySizes, EveryArgumentIsChecked) {
 
 TEST(TwoProportionsCurves, PowersAreStoredInSinglePrecision) {
     const Curve c(PlotRiskDiffIndSampBinom(1, 3, 0, false, false, 12, 9, 0.4, 0.05, 0.1));
-    for (double y : c.y()) EXPECT_EQ(y, single(y));
+    for (double y : c.y) EXPECT_EQ(y, narrowed(y));
 }
 
 }  // namespace

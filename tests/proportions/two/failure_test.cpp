@@ -1,37 +1,18 @@
-// Two independent proportions with a distribution library whose binomial probabilities can fail. This program
-// defines PdfBin itself and so takes the place of the common library for the power library that it loads.
+// Two independent proportions when binomial probabilities fail.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 #include "orvcommon/dist_fun.h"
 #include "proportions/two/fisher.h"
 #include "proportions/two/unconditional.h"
-
-namespace {
-
-/// The one probability that fails: that of `x` successes in `n` trials.
-struct Failure {
-    double x;
-    double n;
-};
-std::optional<Failure> failing;
-
-}  // namespace
-
-double OrvMath_940::OrvDistFun::PdfBin(double x, double n, double p, long& status) noexcept {
-    if (failing && failing->x == x && failing->n == n) {
-        status = 7;
-        return 0.3;
-    }
-    if (x < 0 || x > n) return 0;
-    return std::exp(std::lgamma(n + 1) - std::lgamma(x + 1) - std::lgamma(n - x + 1) + x * std::log(p) +
-                    (n - x) * std::log1p(-p));
-}
+#include "support/distribution_stand_in.h"
 
 using namespace POWER_NAMESPACE;
+using testing_support::BinomialCall;
+using testing_support::FailingCalls;
+using testing_support::Operation;
 
 namespace {
 
@@ -40,16 +21,31 @@ constexpr double n2 = 9;
 constexpr double p1 = 0.3;
 constexpr double p2 = 0.7;
 
+/// The one probability that fails: that of `x` successes in `n` trials.
+struct Failure {
+    double x;
+    double n;
+};
+
+/// Fails with a value that could be a probability: only the status says that it is none.
+FailingCalls failing(Failure failure) {
+    return FailingCalls(
+        [=](const BinomialCall& call) {
+            return call.operation == Operation::kPdf && call.argument == failure.x && call.n == failure.n;
+        },
+        0.3);
+}
+
 /// Runs check(failure) with each probability of the two groups failing in turn.
 template <class Check>
 void for_every_failure(Check check) {
     for (double n : {n1, n2})
         for (double x = 0; x <= n; ++x) {
-            failing = Failure{x, n};
+            const Failure failure{x, n};
+            const FailingCalls fails = failing(failure);
             SCOPED_TRACE(testing::Message() << x << " of " << n);
-            check(*failing);
+            check(failure);
         }
-    failing.reset();
 }
 
 template <class Rejects>
@@ -63,7 +59,6 @@ bool touches_rejection(Failure failure, Rejects rejects) {
 /// -2 where the probability of a table that rejects fails, else the power without any failure.
 template <class Power, class Rejects>
 void expect_failure_of_rejecting_tables_only(Power power, Rejects rejects) {
-    failing.reset();
     const double intact = power();
     ASSERT_GT(intact, 0);
     int untouched = 0;
@@ -103,11 +98,12 @@ TEST(FailingBinomialProbability, EndsTheSumOfATotal) {
         return OrvMath_940::OrvDistFun::PdfBin(x, n1, p1, status) *
                OrvMath_940::OrvDistFun::PdfBin(5 - x, n2, p2, status);
     };
-    failing = Failure{2, n1};
-    EXPECT_EQ(_ProbTotalSucc(n1, n2, p1, p2, 5, 0, 5, nullptr), product(0) + product(1));
-    failing = Failure{5, n2};  // x1 = 0
+    {
+        const FailingCalls fails = failing({2, n1});
+        EXPECT_EQ(_ProbTotalSucc(n1, n2, p1, p2, 5, 0, 5, nullptr), product(0) + product(1));
+    }
+    const FailingCalls fails = failing({5, n2});  // x1 = 0
     EXPECT_EQ(_ProbTotalSucc(n1, n2, p1, p2, 5, 0, 5, nullptr), 0);
-    failing.reset();
 }
 
 TEST(FailingBinomialProbability, LeavesFishersPowerItsPartialSums) {

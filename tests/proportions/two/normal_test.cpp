@@ -4,16 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "orvcommon/dist_fun.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvMath_940::OrvDistFun;
+using testing_support::kNaN;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 struct Design {
     double n1 = 30;

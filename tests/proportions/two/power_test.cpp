@@ -18,17 +18,17 @@
 #include "statpower/independent_binomial.h"
 #include "support/record.h"
 #include "support/table.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 using testing::ElementsAre;
 using testing_support::CountingCancel;
+using testing_support::kNaN;
 using testing_support::read_table;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 /// A question, of which a test changes what matters.
 struct Question {
@@ -402,9 +402,15 @@ TEST(TwoProportionsSize, CancelledDuringTheRefinementTheSizesOfTheSearchRemain) 
     EXPECT_LE(near_the_end.queries, all.queries + 1);
 }
 
+/// Says that the search has asked it, and stop once another thread has set it.
 class Flag : public OrvQueryCancel {
   public:
-    bool IsCancelRequested() override { return set; }
+    bool IsCancelRequested() override {
+        asked = true;
+        asked.notify_one();
+        return set;
+    }
+    std::atomic<bool> asked = false;
     std::atomic<bool> set = false;
 };
 
@@ -413,7 +419,7 @@ TEST(TwoProportionsSize, CancellingFromAnotherThreadEndsASearchThatHasNoAnswer) 
         Flag flag;
         std::vector<double> sizes;
         std::thread search([&] { sizes = Question{.p2 = 0.2, .test = test}.sizes(&flag); });
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        flag.asked.wait(false);
         flag.set = true;
         search.join();
         EXPECT_EQ(sizes, kFailed);

@@ -4,22 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <random>
 
 #include "orvcommon/mv.h"
 #include "proportions/two/transcription.h"
 #include "support/record.h"
+#include "support/values.h"
 
 using namespace POWER_NAMESPACE;
 using OrvCommon_940::OrvMV;
 using testing_support::CountingCancel;
+using testing_support::kInfinity;
+using testing_support::kNaN;
 using transcription::Design;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct Procedure {
     const char* name;

@@ -1,48 +1,29 @@
 // Which distribution operations the t tests call, with which arguments, and what they make of the results.
-// This program defines the operations itself and so takes the place of the common library.
+// The distribution operations are stand-ins here.
 #include <deque>
 
 #include "means/expectations.h"
 #include "means/one.h"
 #include "means/paired.h"
 #include "means/two.h"
-#include "orvcommon/dist_fun.h"
 #include "statpower/means.h"
+#include "support/distribution_stand_in.h"
 
 using namespace POWER_NAMESPACE;
 using testing::ElementsAre;
 
 namespace {
 
-using Call = std::vector<double>;
-
-std::vector<Call> quantile_calls;
-std::vector<Call> cdf_calls;
-std::deque<double> cdf_results;  // the last one stays
-
-}  // namespace
-
-double OrvMath_940::OrvDistFun::IdfT(double p, double df, double accuracy1, double accuracy2) noexcept {
-    quantile_calls.push_back({p, df, accuracy1, accuracy2});
-    return 2.5;
-}
-
-double OrvMath_940::OrvDistFun::NonCentralCdfT(double x, double df, double noncentrality,
-                                               double tolerance) noexcept {
-    cdf_calls.push_back({x, df, noncentrality, tolerance});
-    const double result = cdf_results.front();
-    if (cdf_results.size() > 1) cdf_results.pop_front();
-    return result;
-}
-
-namespace {
-
-/// Calls `power` with these results of the noncentral distribution.
+/// Calls `power` with these results of the noncentral distribution, of which the last one stays.
 template <class Power>
 auto with_cdf(std::deque<double> results, Power power) {
-    quantile_calls.clear();
-    cdf_calls.clear();
-    cdf_results = std::move(results);
+    distribution_calls = {};
+    distribution_calls.t_quantile = [](const Arguments&) { return 2.5; };
+    distribution_calls.t_cdf = [&](const Arguments&) {
+        const double result = results.front();
+        if (results.size() > 1) results.pop_front();
+        return result;
+    };
     return power();
 }
 
@@ -84,7 +65,7 @@ const Case kOneSided[] = {
     {"Welch, internal", kWelchDf, 2, [] { return _PowerIndependentDirectional(64, 3, -2, 2, 6, kAlpha); }},
 };
 
-void expect_call(const Call& call, const Call& expected, const char* name) {
+void expect_call(const Arguments& call, const Arguments& expected, const char* name) {
     ASSERT_EQ(call.size(), expected.size()) << name;
     for (std::size_t i = 0; i < call.size(); ++i) EXPECT_DOUBLE_EQ(call[i], expected[i]) << name << " " << i;
 }
@@ -92,11 +73,11 @@ void expect_call(const Call& call, const Call& expected, const char* name) {
 TEST(TwoSidedPower, IsTheSumOfBothTailsBeyondTheQuantileOfOneMinusHalfAlpha) {
     for (const Case& c : kTwoSided) {
         EXPECT_EQ(with_cdf({0.25, 0.125}, c.power), 0.75 + 0.125) << c.name;
-        ASSERT_EQ(quantile_calls.size(), 1u) << c.name;
-        ASSERT_EQ(cdf_calls.size(), 2u) << c.name;
-        expect_call(quantile_calls[0], {1 - kAlpha / 2, c.df, 1e-40, 1e-30}, c.name);
-        expect_call(cdf_calls[0], {2.5, c.df, c.noncentrality, 1e-12}, c.name);
-        expect_call(cdf_calls[1], {-2.5, c.df, c.noncentrality, 1e-12}, c.name);
+        ASSERT_EQ(distribution_calls.idf_t.size(), 1u) << c.name;
+        ASSERT_EQ(distribution_calls.noncentral_t.size(), 2u) << c.name;
+        expect_call(distribution_calls.idf_t[0], {1 - kAlpha / 2, c.df, 1e-40, 1e-30}, c.name);
+        expect_call(distribution_calls.noncentral_t[0], {2.5, c.df, c.noncentrality, 1e-12}, c.name);
+        expect_call(distribution_calls.noncentral_t[1], {-2.5, c.df, c.noncentrality, 1e-12}, c.name);
     }
 }
 
@@ -111,10 +92,10 @@ TEST(TwoSidedPower, CountsAMissingUpperTailAsOneAndAMissingLowerTailAsZero) {
 TEST(OneSidedPower, IsTheTailAboveTheQuantileOfOneMinusAlphaAtTheAbsoluteEffect) {
     for (const Case& c : kOneSided) {
         EXPECT_EQ(with_cdf({0.25}, c.power), 0.75) << c.name;
-        ASSERT_EQ(quantile_calls.size(), 1u) << c.name;
-        ASSERT_EQ(cdf_calls.size(), 1u) << c.name;
-        expect_call(quantile_calls[0], {1 - kAlpha, c.df, 1e-40, 1e-30}, c.name);
-        expect_call(cdf_calls[0], {2.5, c.df, c.noncentrality, 1e-12}, c.name);
+        ASSERT_EQ(distribution_calls.idf_t.size(), 1u) << c.name;
+        ASSERT_EQ(distribution_calls.noncentral_t.size(), 1u) << c.name;
+        expect_call(distribution_calls.idf_t[0], {1 - kAlpha, c.df, 1e-40, 1e-30}, c.name);
+        expect_call(distribution_calls.noncentral_t[0], {2.5, c.df, c.noncentrality, 1e-12}, c.name);
     }
 }
 
@@ -131,8 +112,8 @@ TEST(HalfWidth, UsesTheQuantileOfOneMinusHalfAlpha) {
     };
     for (const Case& c : cases) {
         EXPECT_DOUBLE_EQ(with_cdf({}, c.power), c.noncentrality) << c.name;
-        ASSERT_EQ(quantile_calls.size(), 1u) << c.name;
-        expect_call(quantile_calls[0], {1 - kAlpha / 2, c.df, 1e-40, 1e-30}, c.name);
+        ASSERT_EQ(distribution_calls.idf_t.size(), 1u) << c.name;
+        expect_call(distribution_calls.idf_t[0], {1 - kAlpha / 2, c.df, 1e-40, 1e-30}, c.name);
     }
 }
 
