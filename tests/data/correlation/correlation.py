@@ -5,7 +5,6 @@ Powers and half-widths of the tests of a correlation to 40 digits, by the normal
 The kinds: 0 Pearson, 1 Pearson with bias correction, 2 partial, 3, 4, 5 Spearman with method 0, 1, 2.
 """
 
-import csv
 import pathlib
 import sys
 
@@ -14,13 +13,7 @@ sys.path.insert(0, str(HERE.parent))
 from mpmath import atanh, erfinv, floor, inf, ncdf, sign, sqrt, tanh  # noqa: E402
 
 from high_precision import mpf  # noqa: E402
-
-
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows(rows)
+from tables import write_table  # noqa: E402
 
 
 def normal_quantile(p):
@@ -84,7 +77,7 @@ for kind in range(6):
             for sided in (0, 1):
                 alpha = (0.05, 0.01, 0.3, 1e-6)[(i + j) % 4]
                 powers.append([kind, sided, N, k, r, r0, alpha, float(power(kind, sided, N, k, r, r0, alpha))])
-write("power.csv", ["kind", "sided", "N", "k", "r", "r0", "alpha", "power"], powers)
+write_table(HERE / "power.csv", ["kind", "sided", "N", "k", "r", "r0", "alpha", "power"], powers)
 
 widths = []
 for kind in range(6):
@@ -93,7 +86,7 @@ for kind in range(6):
         for j, r in enumerate((0.0, 0.3, -0.5, 0.9, -0.999, 1e-9)):
             alpha = (0.05, 0.01, 0.3, 1e-6)[(i + j) % 4]
             widths.append([kind, N, k, r, alpha, float(half_width(kind, N, k, r, alpha))])
-write("half_width.csv", ["kind", "N", "k", "r", "alpha", "half_width"], widths)
+write_table(HERE / "half_width.csv", ["kind", "N", "k", "r", "alpha", "half_width"], widths)
 
 
 def smallest(reached, low, high):
@@ -113,5 +106,5 @@ for kind in range(6):
         sizes.append([kind, sided, target, k, r, r0, 0.05, float(N)])
         N = smallest(lambda n: half_width(kind, n, k, r, 0.05) <= mpf(0.1), mpf(k + 4), mpf(k + 404))
         width_sizes.append([kind, 0.1, k, r, 0.05, int(floor(N)) + 1])
-write("size.csv", ["kind", "sided", "target", "k", "r", "r0", "alpha", "N"], sizes)
-write("half_width_size.csv", ["kind", "target", "k", "r", "alpha", "N"], width_sizes)
+write_table(HERE / "size.csv", ["kind", "sided", "target", "k", "r", "r0", "alpha", "N"], sizes)
+write_table(HERE / "half_width_size.csv", ["kind", "target", "k", "r", "alpha", "N"], width_sizes)

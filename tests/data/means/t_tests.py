@@ -6,7 +6,6 @@ Critical values are those of the doubles 1 - alpha and 1 - alpha / 2. At alpha =
 power by up to 1e-11.
 """
 
-import csv
 import pathlib
 import sys
 
@@ -20,13 +19,7 @@ from high_precision import (  # noqa: E402
     t_test_power_two_sided,
 )
 from mpmath import ceil, sqrt  # noqa: E402
-
-
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows(rows)
+from tables import write_table  # noqa: E402
 
 
 def power(directional, alpha, df, noncentrality):
@@ -79,7 +72,7 @@ for N, es, alpha in [
     (1e6, 0.003, 0.05), (1e6, -0.006, 1e-6), (1e6, 1e-6, 0.3), (1e6, 0, 1e-6),
 ]:  # fmt: skip
     rows.append([N, es, alpha, *both(alpha, *one_sample(N, mpf(es)))])
-write("one_power.csv", ["N", "es", "alpha", "two_sided", "one_sided"], rows)
+write_table(HERE / "one_power.csv", ["N", "es", "alpha", "two_sided", "one_sided"], rows)
 
 rows = []
 for N, mean1, sd1, mean2, sd2, corr, alpha in [
@@ -91,7 +84,7 @@ for N, mean1, sd1, mean2, sd2, corr, alpha in [
     sdd = mpf(sd1) if sd2 == 0 else sqrt(variance_of_differences(sd1, sd2, corr))
     rows.append([N, mean1, sd1, mean2, sd2, corr, alpha,
                  *both(alpha, *one_sample(N, (mpf(mean1) - mpf(mean2)) / sdd))])  # fmt: skip
-write("paired_power.csv", ["N", "mean1", "sd1", "mean2", "sd2", "corr", "alpha", "two_sided", "one_sided"], rows)
+write_table(HERE / "paired_power.csv", ["N", "mean1", "sd1", "mean2", "sd2", "corr", "alpha", "two_sided", "one_sided"], rows)
 
 POOLED = [
     (2, 2, 0.5, 0.05), (1.5, 1.25, 3, 0.05), (1.25, 1.5, -1, 0.3), (2, 3, -3, 1e-6), (5, 5, 1, 0.05),
@@ -100,7 +93,7 @@ POOLED = [
     (5e5, 5e5, 0.004, 0.05), (9e5, 100, 0.3, 1e-6), (7, 9, 0, 0.3), (12, 12, 3, 1e-6),
 ]  # fmt: skip
 rows = [[*row, *both(row[3], *pooled(row[0], row[1], mpf(row[2])))] for row in POOLED]
-write("two_pooled_power.csv", ["N1", "N2", "es", "alpha", "two_sided", "one_sided"], rows)
+write_table(HERE / "two_pooled_power.csv", ["N1", "N2", "es", "alpha", "two_sided", "one_sided"], rows)
 
 WELCH = [
     (2, 2, 1, 2, 1, 0.05), (1.25, 1.5, 1, 3, 4, 0.05), (1.5, 1.1, 2, 1, -3, 0.3), (2, 5, 1, 10, 3, 0.01),
@@ -110,7 +103,7 @@ WELCH = [
     (4e5, 6e5, 1, 1, 0.008, 1e-6), (20.5, 33.25, 7, 5, 4, 0.2), (40, 40, 1, 2, 0, 0.05), (15, 15, 1e-3, 1e3, 700, 0.05),
 ]  # fmt: skip
 rows = [[*row, *both(row[5], *welch(*[row[i] for i in (0, 2, 1, 3)], mpf(row[4])))] for row in WELCH]
-write("two_welch_power.csv", ["N1", "N2", "sd1", "sd2", "diff", "alpha", "two_sided", "one_sided"], rows)
+write_table(HERE / "two_welch_power.csv", ["N1", "N2", "sd1", "sd2", "diff", "alpha", "two_sided", "one_sided"], rows)
 
 
 # ---- Sample sizes ----
@@ -140,8 +133,8 @@ for directional in (0, 1):
         below, above = float(root - margin), float(root + margin)
         rows.append([directional, target, es, alpha, below, above,
                      *[float(power_at(mpf(N)) - target) for N in (below, above)]])  # fmt: skip
-write("one_size.csv",
-      ["directional", "target", "es", "alpha", "below", "above", "excess_below", "excess_above"], rows)  # fmt: skip
+write_table(HERE / "one_size.csv",
+            ["directional", "target", "es", "alpha", "below", "above", "excess_below", "excess_above"], rows)  # fmt: skip
 
 # Rounded up: the power at group 1 of that size and of one less.
 rows = []
@@ -166,9 +159,9 @@ for directional in (0, 1):
         N2 = max(mpf(2), ceil(mpf(ratio) * root))
         rows.append([directional, target, ratio, sd1, sd2, diff, alpha, int(N1), int(N2),
                      *[float(power_at(n) - target) for n in (N1 - 1, N1)]])  # fmt: skip
-write("two_size.csv",
-      ["directional", "target", "ratio", "sd1", "sd2", "diff", "alpha", "N1", "N2", "excess_below", "excess"],
-      rows)  # fmt: skip
+write_table(HERE / "two_size.csv",
+            ["directional", "target", "ratio", "sd1", "sd2", "diff", "alpha", "N1", "N2", "excess_below", "excess"],
+            rows)  # fmt: skip
 
 
 # ---- Half-widths ----
@@ -191,13 +184,13 @@ rows = []
 for N, sd, alpha in [(1.5, 1, 0.05), (2, 1, 0.05), (2.5, 10, 0.3), (10, 2, 0.05), (33.3, 0.1, 0.01), (1000, 15, 1e-6),
                      (1e6, 3, 0.05)]:  # fmt: skip
     rows.append([N, sd, alpha, float(one_sample_half_width(N, sd, alpha))])
-write("one_half_width.csv", ["N", "sd", "alpha", "half_width"], rows)
+write_table(HERE / "one_half_width.csv", ["N", "sd", "alpha", "half_width"], rows)
 
 rows = []
 for N1, sd1, N2, sd2, alpha in [(2, 1, 2, 1, 0.05), (10, 2, 15, 2, 0.05), (10, 1, 15, 3, 0.05), (15, 3, 10, 1, 0.05),
                                 (1.5, 1, 1.25, 2, 0.3), (100, 1, 1e6, 10, 1e-6), (5, 0, 7, 2, 0.05)]:  # fmt: skip
     rows.append([N1, sd1, N2, sd2, alpha, float(independent_half_width(mpf(N1), sd1, mpf(N2), sd2, alpha))])
-write("two_half_width.csv", ["N1", "sd1", "N2", "sd2", "alpha", "half_width"], rows)
+write_table(HERE / "two_half_width.csv", ["N1", "sd1", "N2", "sd2", "alpha", "half_width"], rows)
 
 
 # The size that reaches a half-width, the half-width there and at one less.
@@ -216,7 +209,7 @@ for target, sd, alpha in [(0.5, 1, 0.05), (1, 10, 0.01), (0.1, 2, 0.3), (0.01, 1
 
     N = ceil(smallest(width_at, target))
     rows.append([target, sd, alpha, int(N), float(width_at(N - 1)), float(width_at(N))])
-write("one_half_width_size.csv", ["target", "sd", "alpha", "N", "width_below", "width"], rows)
+write_table(HERE / "one_half_width_size.csv", ["target", "sd", "alpha", "N", "width_below", "width"], rows)
 
 rows = []
 for target, ratio, sd1, sd2, alpha in [
@@ -232,5 +225,5 @@ for target, ratio, sd1, sd2, alpha in [
     root = smallest(width_at, target, low)
     N1, N2 = ceil(root), max(mpf(2), ceil(mpf(ratio) * root))
     rows.append([target, ratio, sd1, sd2, alpha, int(N1), int(N2), float(width_at(N1 - 1)), float(width_at(N1))])
-write("two_half_width_size.csv",
-      ["target", "ratio", "sd1", "sd2", "alpha", "N1", "N2", "width_below", "width"], rows)  # fmt: skip
+write_table(HERE / "two_half_width_size.csv",
+            ["target", "ratio", "sd1", "sd2", "alpha", "N1", "N2", "width_below", "width"], rows)  # fmt: skip

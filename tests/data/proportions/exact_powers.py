@@ -5,12 +5,14 @@ Powers of the exact tests of one proportion and of paired proportions, by enumer
 rational arithmetic. The proportions and levels are doubles and are taken as the exact numbers that they are.
 """
 
-import csv
 import pathlib
+import sys
 from fractions import Fraction
 from math import comb
 
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent))
+from tables import write_table  # noqa: E402
 
 
 def probabilities(n, p):
@@ -69,13 +71,6 @@ def related_power(n, p1, p2, alpha, sided):
     return power
 
 
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows(rows)
-
-
 def main():
     one_sample = [
         (n, p1, p0, alpha, sides)
@@ -98,10 +93,10 @@ def main():
         ]
         for sided in (0, 1)
     ]
-    write("one_exact_power.csv", ["N", "p1", "p0", "alpha", "sides", "power"],
-          [(*case, repr(float(one_sample_power(*case)))) for case in one_sample])
-    write("paired_exact_power.csv", ["N", "p1", "p2", "alpha", "sided", "power"],
-          [(*case, repr(float(related_power(*case)))) for case in related])
+    write_table(HERE / "one_exact_power.csv", ["N", "p1", "p0", "alpha", "sides", "power"],
+                [(*case, repr(float(one_sample_power(*case)))) for case in one_sample])
+    write_table(HERE / "paired_exact_power.csv", ["N", "p1", "p2", "alpha", "sided", "power"],
+                [(*case, repr(float(related_power(*case)))) for case in related])
 
 
 main()

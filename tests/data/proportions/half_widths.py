@@ -7,7 +7,6 @@ sizes that give a half-width, to 40 digits. Limits that are defined by an equati
 found as its roots.
 """
 
-import csv
 import pathlib
 import sys
 
@@ -15,6 +14,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
 from high_precision import beta_cdf, bisect, exp, log, mpf, ncdf  # noqa: E402
 from mpmath import findroot, sqrt  # noqa: E402
+from tables import write_table  # noqa: E402
 
 
 def z_quantile(alpha):
@@ -85,37 +85,30 @@ def size(half_width, target):
     return findroot(lambda N: half_width(N) - target, (high / 2, high), solver="ridder", tol=mpf(10) ** -30)
 
 
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows([*row[:-1], repr(float(row[-1]))] for row in rows)
-
-
 def main():
     # The last argument of a case: whether the correction makes a difference to the method.
     one_sample_methods = [(0, 0), (0, 1), (1, 0), (2, 0), (3, 0), (4, 0), (5, 0), (5, 1), (6, 0)]
-    write("one_half_width.csv", ["N", "p", "alpha", "method", "correction", "half_width"],
-          [(*case, *method, one_sample(*case, *method))
-           for case in [(10, 0.5, 0.05), (25, 0.2, 0.1), (40, 0.625, 0.01), (100, 0.03125, 0.05),
-                        (33.5, 0.75, 0.2), (2000, 0.4, 0.001)]
-           for method in one_sample_methods]
-          + [(N, p, 0.05, method, 0, one_sample(N, p, 0.05, method, 0))
-             for N in (5, 60) for p in (0, 1) for method in (0, 1, 3, 4, 5, 6)])
-    write("one_half_width_size.csv", ["half_width", "p", "alpha", "method", "correction", "N"],
-          [(w, p, alpha, *method, size(lambda N: one_sample(N, p, alpha, *method), mpf(w)))
-           for w, p, alpha in [(0.1, 0.5, 0.05), (0.02, 0.25, 0.1)]
-           for method in one_sample_methods])
+    write_table(HERE / "one_half_width.csv", ["N", "p", "alpha", "method", "correction", "half_width"],
+                [(*case, *method, one_sample(*case, *method))
+                 for case in [(10, 0.5, 0.05), (25, 0.2, 0.1), (40, 0.625, 0.01), (100, 0.03125, 0.05),
+                              (33.5, 0.75, 0.2), (2000, 0.4, 0.001)]
+                 for method in one_sample_methods]
+                + [(N, p, 0.05, method, 0, one_sample(N, p, 0.05, method, 0))
+                   for N in (5, 60) for p in (0, 1) for method in (0, 1, 3, 4, 5, 6)])
+    write_table(HERE / "one_half_width_size.csv", ["half_width", "p", "alpha", "method", "correction", "N"],
+                [(w, p, alpha, *method, size(lambda N: one_sample(N, p, alpha, *method), mpf(w)))
+                 for w, p, alpha in [(0.1, 0.5, 0.05), (0.02, 0.25, 0.1)]
+                 for method in one_sample_methods])
     related_methods = [(0, 0), (0, 1), (1, 0), (2, 0)]
-    write("paired_half_width.csv", ["N", "p1", "p2", "alpha", "method", "correction", "half_width"],
-          [(*case, *method, related(*case, *method))
-           for case in [(10, 0.25, 0.125, 0.05), (50, 0.1, 0.3, 0.1), (200, 0, 0.05, 0.01), (33.5, 0.5, 0.5, 0.2),
-                        (40, 0, 0, 0.05)]
-           for method in related_methods])
-    write("paired_half_width_size.csv", ["half_width", "p1", "p2", "alpha", "method", "correction", "N"],
-          [(*case, *method, size(lambda N: related(N, *case[1:], *method), mpf(case[0])))
-           for case in [(0.1, 0.25, 0.125, 0.05), (0.03, 0.1, 0.3, 0.1), (0.01, 0.02, 0.01, 0.05)]
-           for method in related_methods])
+    write_table(HERE / "paired_half_width.csv", ["N", "p1", "p2", "alpha", "method", "correction", "half_width"],
+                [(*case, *method, related(*case, *method))
+                 for case in [(10, 0.25, 0.125, 0.05), (50, 0.1, 0.3, 0.1), (200, 0, 0.05, 0.01), (33.5, 0.5, 0.5, 0.2),
+                              (40, 0, 0, 0.05)]
+                 for method in related_methods])
+    write_table(HERE / "paired_half_width_size.csv", ["half_width", "p1", "p2", "alpha", "method", "correction", "N"],
+                [(*case, *method, size(lambda N: related(N, *case[1:], *method), mpf(case[0])))
+                 for case in [(0.1, 0.25, 0.125, 0.05), (0.03, 0.1, 0.3, 0.1), (0.01, 0.02, 0.01, 0.05)]
+                 for method in related_methods])
 
 
 main()

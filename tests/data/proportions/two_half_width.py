@@ -1,13 +1,15 @@
 #!/usr/bin/env python3
 """Writes two_half_width.csv beside itself: half-widths of intervals for p1 - p2, to 40 digits."""
 
-import csv
 import pathlib
+import sys
 
 from mpmath import erfinv, mp, mpf, sqrt
 
 mp.dps = 40
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent))
+from tables import write_table  # noqa: E402
 
 
 def added(n, p, successes, trials):
@@ -48,13 +50,7 @@ def half_width(n1, n2, p1, p2, alpha, method, corrected):
     return (sqrt((p2 - l2) ** 2 + (u1 - p1) ** 2) + sqrt((u2 - p2) ** 2 + (p1 - l1) ** 2)) / 2
 
 
-with open(HERE / "two_half_width.csv", "w", newline="") as file:
-    writer = csv.writer(file, lineterminator="\n")
-    writer.writerow("method correction n1 n2 p1 p2 alpha half_width".split())
-    for method in range(6):
-        for corrected in (0, 1):
-            for n1, n2, p1, p2, alpha in [
-                (30, 40, 0.3, 0.6, 0.05), (12, 8, 0.25, 0.5, 0.1), (500, 250.5, 0.9, 0.85, 0.01), (10, 10, 0.5, 0.5, 0.2),
-            ]:  # fmt: skip
-                value = half_width(n1, n2, p1, p2, alpha, method, corrected)
-                writer.writerow([method, corrected, n1, n2, p1, p2, alpha, float(value)])
+CASES = [(30, 40, 0.3, 0.6, 0.05), (12, 8, 0.25, 0.5, 0.1), (500, 250.5, 0.9, 0.85, 0.01), (10, 10, 0.5, 0.5, 0.2)]
+write_table(HERE / "two_half_width.csv", "method correction n1 n2 p1 p2 alpha half_width",
+            [(method, corrected, *case, half_width(*case, method, corrected))
+             for method in range(6) for corrected in (0, 1) for case in CASES])  # fmt: skip

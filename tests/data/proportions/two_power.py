@@ -6,7 +6,6 @@ judged, in 40 digits where double precision comes close to the critical value. A
 1e-9 of the critical value is refused: there rounding decides, which tests pin by other means.
 """
 
-import csv
 import math
 import pathlib
 import sys
@@ -15,6 +14,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
 from high_precision import noncentral_t_cdf, t_quantile  # noqa: E402
 from mpmath import asin, erfinv, log, mpf, ncdf, sqrt  # noqa: E402
+from tables import write_table  # noqa: E402
 
 NEGLIGIBLE = mpf(10) ** -40
 
@@ -234,11 +234,10 @@ DESIGNS = [  # n1, n2, p1, p2, sides, alpha, correction, pooled
     (5000, 5000, 0.5, 0.53, 0, 0.05, 0, 1),
 ]
 
-with open(HERE / "two_power.csv", "w", newline="") as file:
-    writer = csv.writer(file, lineterminator="\n")
-    writer.writerow("method test sides correction pooled n1 n2 p1 p2 alpha power".split())
-    for (method, test), power in POWERS.items():
-        for n1, n2, p1, p2, sides, alpha, correction, pooled in DESIGNS:
-            sizes = (n1, n2) if method else (mpf(n1), mpf(n2))
-            value = power(*sizes, mpf(p1), mpf(p2), sides, alpha, correction, pooled)
-            writer.writerow([method, test, sides, correction, pooled, n1, n2, p1, p2, alpha, float(value)])
+rows = []
+for (method, test), power in POWERS.items():
+    for n1, n2, p1, p2, sides, alpha, correction, pooled in DESIGNS:
+        sizes = (n1, n2) if method else (mpf(n1), mpf(n2))
+        value = power(*sizes, mpf(p1), mpf(p2), sides, alpha, correction, pooled)
+        rows.append([method, test, sides, correction, pooled, n1, n2, p1, p2, alpha, mpf(value)])
+write_table(HERE / "two_power.csv", "method test sides correction pooled n1 n2 p1 p2 alpha power", rows)

@@ -6,20 +6,13 @@ Powers of the F test of a multiple regression to 40 digits. Fixed predictors: th
 Random predictors: the negative binomial mixture of beta distributions, summed term by term.
 """
 
-import csv
 import pathlib
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
 from high_precision import beta_cdf, exp, f_quantile, f_test_power, log, loggamma, mpf  # noqa: E402
-
-
-def write(name, heading, rows):
-    with open(HERE / name, "w", newline="") as file:
-        writer = csv.writer(file, lineterminator="\n")
-        writer.writerow(heading)
-        writer.writerows(rows)
+from tables import write_table  # noqa: E402
 
 
 def probability(x, e, q, dfe):
@@ -75,8 +68,8 @@ for i, (N, p, q) in enumerate(DESIGNS):
         if N * e < 4000:  # beyond, the power is 1 to hundreds of digits
             random.append(row + [float(random_power(e, q, dfe, alpha))])
 HEADING = ["intercept", "N", "p", "q", "R2full", "R2red", "alpha", "power"]
-write("fixed_power.csv", HEADING, fixed)
-write("random_power.csv", HEADING, random)
+write_table(HERE / "fixed_power.csv", HEADING, fixed)
+write_table(HERE / "random_power.csv", HEADING, random)
 
 probabilities = []
 for q, dfe, e, x in [(1, 1, 0.5, 0.5), (1, 8, 0.0, 0.3), (2, 7, 0.25, 0.9), (5, 30, 0.25, 0.3), (5, 30, 0.95, 0.9),
@@ -85,14 +78,14 @@ for q, dfe, e, x in [(1, 1, 0.5, 0.5), (1, 8, 0.0, 0.3), (2, 7, 0.25, 0.9), (5, 
                      (1, 4998, 0.001, 0.001), (1, 4998, 0.001, 1e-6), (2, 1.5, 0.6, 0.999), (1, 1, 0.99, 0.999999),
                      (4, 1e5, 1e-4, 2e-4), (2, 1e7, 1e-6, 1e-6), (7, 12.25, 0.4, 0.05)]:
     probabilities.append([q, dfe, e, x, float(log(probability(x, e, q, dfe)))])
-write("random_probability.csv", ["q", "dfe", "e", "x", "log_probability"], probabilities)
+write_table(HERE / "random_probability.csv", ["q", "dfe", "e", "x", "log_probability"], probabilities)
 
 # Sums of several hundred thousand terms.
 long_sums = []
 for q, dfe, e, x in [(1, 1, 0.9999, 1 - 1e-9), (3, 2, 0.9998, 1 - 1e-7), (2, 12, 0.9999, 0.999995),
                      (30, 170, 0.9995, 0.99957), (1, 1, 0.9999, 0.9999)]:
     long_sums.append([q, dfe, e, x, float(probability(x, e, q, dfe))])
-write("random_probability_long.csv", ["q", "dfe", "e", "x", "probability"], long_sums)
+write_table(HERE / "random_probability_long.csv", ["q", "dfe", "e", "x", "probability"], long_sums)
 
 # Sample sizes that reach a power, to 1e-9, by bisection on exact powers: random, intercept, target, p, q, R2full,
 # R2red, alpha, N.
@@ -115,4 +108,4 @@ for flag, intercept, target, p, q, full, reduced, alpha in [
         middle = (low + high) / 2
         low, high = (middle, high) if power(middle) < target else (low, middle)
     sizes.append([flag, intercept, target, p, q, full, reduced, alpha, float(high)])
-write("size.csv", ["random", "intercept", "target", "p", "q", "R2full", "R2red", "alpha", "N"], sizes)
+write_table(HERE / "size.csv", ["random", "intercept", "target", "p", "q", "R2full", "R2red", "alpha", "N"], sizes)

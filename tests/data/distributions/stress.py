@@ -15,10 +15,16 @@ import sys
 
 from mpmath import erfc, exp, expj, floor, inf, log, loggamma, mp, mpc, mpf, pi, sqrt
 
-PRECISION = 520
-mp.prec = PRECISION + 60
-ONE = 1 << PRECISION
 UNIT = 1 << 120  # fixed point of the parameters
+
+
+def set_precision(bits):
+    global PRECISION, ONE
+    PRECISION, ONE = bits, 1 << bits
+    mp.prec = bits + 60
+
+
+set_precision(520)
 
 
 def six(value):
@@ -26,8 +32,8 @@ def six(value):
     return float("%.6g" % value)
 
 
-def fixed(value, one=ONE):
-    return int(floor(mpf(value) * one))
+def fixed(value, one=None):
+    return int(floor(mpf(value) * (one or ONE)))
 
 
 # ---- the beta family ------------------------------------------------------------------------------------------------
@@ -48,7 +54,7 @@ def power_series(a, b, x):
         d += UNIT
         if term < total >> (PRECISION - 100):
             if n * scaled_x < d * (ONE - (ONE >> 8)) or term == 0:
-                if term < total >> (PRECISION - 60):
+                if term < total >> (PRECISION - 10):  # a tail may be the difference of this sum and 1
                     return mpf(total) / ONE
 
 
