@@ -197,6 +197,8 @@ XYZPlot over_null_and_alternative(const Test& test, double N, double alpha, doub
 namespace POWER_NAMESPACE {
 
 void _SetPlotRangeN(double N, double k, double r, double r0, int sided, double alpha, int& nMin, int& nMax) {
+    // As for the other tests, though the range is the same for every power
+    // (CorrelationCalls.ThePartialDefaultRangeEvaluatesThePowerAndDiscardsIt).
     static_cast<void>(PowerbyOneSampPartial(sided, N, k, r, r0, alpha));
     nMin = to_int(std::trunc(k) + 4);
     nMax = to_int(std::trunc(k) + kLargestSize);

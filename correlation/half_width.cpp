@@ -23,7 +23,8 @@ double half_width(double z, double variance, double alpha) {
 }
 
 /// Smallest whole N whose half-width does not exceed the target. The quantile is asked for and not used: the
-/// call belongs to what a platform's common library sees of this search.
+/// call belongs to what a platform's common library sees of this search
+/// (CorrelationCalls.TheHalfWidthSearchesAskForTheQuantileAndDiscardIt).
 template <class Design>
 double search_half_width(const Design& design, POWER_NAMESPACE::Objective objective, OrvQueryCancel* cancel,
                          double low, double high) {

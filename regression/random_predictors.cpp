@@ -18,6 +18,9 @@ constexpr double kNegligible = 1e-17;
 constexpr int kLongestSum = 1 << 16;
 
 // ---- Gamma functions without cancellation ----------------------------------------------------------------
+//
+// orvcommon/ has the like of both (stirling_error, log1p_deficit), but those are the replacement's own: where the
+// platform brings its common library, only the operations of include/orvcommon are there.
 
 /// log Gamma(x) minus its leading terms (x - 1/2) log x - x + log(2 pi) / 2, for x > 0.
 double stirling_error(double x) {

@@ -116,7 +116,8 @@ std::optional<double> passing_count(Candidates counts, const BinomialCdf& F, dou
 /// without failure; the end of the candidates where there is none, nothing when cancelled.
 ///
 /// The rule is a walk over the candidates. As F increases there is one such count at most, and it is looked for
-/// around a guess; the cancel object is asked as often as the walk would ask it. Only where the distribution
+/// around a guess; the cancel object is asked as often as the walk would ask it
+/// (OneSampleBinomial.TheCancelObjectIsAskedOnceAtEveryCountOfTheWalks). Only where the distribution
 /// library fails, so that candidates have to be passed over, is the walk really made.
 template <class Beyond>
 std::optional<double> critical_count(Candidates counts, const BinomialCdf& F, double level, Beyond beyond,
