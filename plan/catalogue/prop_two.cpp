@@ -12,7 +12,7 @@ using enum TwoProportions::Statistic;
 const Argument statistic{
     .name = "statistic",
     .meaning =
-        "Chi-square is the z test, t that of the 0/1 outcomes; Fisher's approximately is the "
+        "Test statistic; chi-square is the z test, t that of the 0/1 outcomes; Fisher's approximately is the "
         "arcsine test with continuity correction",
     .kind = Kind::choice,
     .otherwise = chi_square,

@@ -96,7 +96,7 @@ export function App({ catalogue, planners }: Props) {
   const keptRecord = kept && !isRefusal(kept) && !isTable(kept) ? kept : undefined;
 
   const designs = useHistory(record && design && answersThis ? { hash: hashOf(catalogue, place), record } : undefined);
-  const blank = refusal !== undefined && !(design?.given[refusal.argument ?? ""] ?? "").trim();
+  const blank = !!refusal?.argument && !(design?.given[refusal.argument] ?? "").trim();
 
   return (
     <>
