@@ -214,7 +214,7 @@ class Design:
             where = ", ".join(map(str, index))
             raise type(refused)(f"{refused.reason} (in element {where})", refused.argument) from None
 
-    def solve(self, unknown: str = "", /, **given: Any) -> Any:
+    def _solve(self, unknown: str = "", /, **given: Any) -> Any:
         """See the classes of the tests."""
         values = {**self._given, **given}
         asked = {name: value for name, value in values.items() if value is not None and name not in _CONTROLS}
@@ -227,7 +227,7 @@ class Design:
             return Named(zip(names, columns))
         return Record(_asked(test, "solve", asked, unknown))
 
-    def table(self, unknown: str = "", /, **given: Any) -> Any:
+    def _table(self, unknown: str = "", /, **given: Any) -> Any:
         """See the classes of the tests."""
         test = self._test
         values = {name: value for name, value in {**self._given, **given}.items() if value is not None}
@@ -252,7 +252,7 @@ class Design:
             return table
         return pandas.DataFrame(table)
 
-    def plot(self, over: Any = None, by: Mapping[str, Any] | None = None, ax: Any = None, **given: Any) -> Any:
+    def _plot(self, over: Any = None, by: Mapping[str, Any] | None = None, ax: Any = None, **given: Any) -> Any:
         """See the classes of the tests."""
         from ._plot import plot
 
@@ -306,7 +306,7 @@ def design_class(test: Test) -> type[Design]:
     if test.effects:
         methods["effects"] = _own(_effects)
     for name in ("solve", "table", "plot", "__init__"):
-        methods[name] = _own(getattr(Design, name))
+        methods[name] = _own(getattr(Design, name if name == "__init__" else "_" + name))
     made = type(test.name, (Design,), {"__slots__": (), "__module__": "statpower", "_test": test, **methods})
     _docs.describe(made, test)
     return made

@@ -36,7 +36,7 @@ def _range(design: Design, test: Test, over: str, lines: list[dict[str, Any]], m
     for line in lines:
         goal = {measure: target} if target is not None else {}
         try:
-            largest = max(largest, getattr(design.solve(over, **goal, **line), over))
+            largest = max(largest, getattr(design._solve(over, **goal, **line), over))
         except Refused:
             continue
     largest = max(4.0, 1.3 * largest) if largest else 200.0
