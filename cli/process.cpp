@@ -12,8 +12,6 @@
 
 #include "cli.h"
 
-extern char** environ;
-
 namespace cli {
 
 namespace {
@@ -95,6 +93,7 @@ File temporary() {
 
 int run_program(std::vector<std::string> command, std::FILE* input, std::FILE* output) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command) arguments.push_back(argument.data());
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;

@@ -2,13 +2,14 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <cstring>
 #include <deque>
 #include <filesystem>
 #include <future>
 #include <optional>
-#include <ranges>
 #include <semaphore>
+#include <sstream>
 
 #include "cli.h"
 #include "statplan/designs.h"
@@ -101,28 +102,36 @@ int run(Arguments arguments) {
     AnswerRow answer = [&](const std::string& request) {
         return statplan::answer_json(request, words.given);
     };
-    std::atomic<std::size_t> done = 0;
-    std::size_t all = 0, refused = 0;
+    std::atomic<std::size_t> done = 0, all = 0;  // rows; the progress reads them
+    std::size_t refused = 0;
     const Progress progress([&](double seconds) {
-        const std::string so_far = std::to_string(done) + " rows", total = std::to_string(all);
-        const auto bar = static_cast<std::size_t>(all ? 30 * done / all : 0);
-        const auto left = done ? seconds / static_cast<double>(done) * static_cast<double>(all - done) : 0;
-        return all ? "[" + std::string(bar, '#') + std::string(30 - bar, ' ') + "] " + so_far + " of " +
-                         total + ", " + std::to_string(static_cast<long>(left)) + " s left"
-                   : so_far;
+        const auto rows_done = static_cast<double>(done),
+                   part = rows_done / std::max(1.0, static_cast<double>(all));
+        const auto bar = static_cast<std::size_t>(30 * std::min(1.0, part));
+        const long left = part > 0 ? std::lround(seconds * (1 / part - 1)) : 0;
+        return all == 0
+                   ? std::to_string(done) + " rows"
+                   : "[" + std::string(bar, '#') + std::string(30 - bar, ' ') + "] " + std::to_string(done) +
+                         " of " + std::to_string(all) + " rows, " + std::to_string(left) + " s left";
     });
+    const auto check_input = [&] {
+        if (std::ferror(input.get()))
+            throw Failure(kNoAnswer, "cannot read " + statplan::escaped(input_name));
+        if (rows.too_long()) throw Failure(kRefused, "a row is longer than a million bytes");
+    };
     if (!json) {
-        if (!rows.next(row)) throw Failure(kRefused, "the file of designs is empty");
-        Names kept;
-        const std::string keep = words["keep"];
-        for (const auto part : std::views::split(keep, ',')) kept.emplace_back(part.begin(), part.end());
-        auto read = statplan::Designs::read(row, words.given, kept);
+        const bool any = rows.next(row);
+        check_input();
+        if (!any) throw Failure(kRefused, "the file of designs is empty");
+        std::istringstream keep(words["keep"]);
+        std::vector<std::string> kept;
+        for (std::string name; std::getline(keep, name, ',');) kept.push_back(name);
+        auto read = statplan::Designs::read(row, words.given, {kept.begin(), kept.end()});
         if (!read) throw Failure(kRefused, message(read.refusal()));
         designs.emplace(std::move(*read));
         std::size_t count = 0;
         for (; rows.next(row); ++count) designs->see(row);
-        if (rows.too_long())
-            throw Failure(kRefused, "row " + std::to_string(count + 1) + " is longer than a million bytes");
+        check_input();
         all = count;
         header = designs->header();
         answer = [&](const std::string& each) { return designs->answer(each, digits); };
@@ -168,8 +177,9 @@ int run(Arguments arguments) {
         const double fitting = 0.02 / std::max(answers.seconds, 1e-9) * static_cast<double>(answers.rows);
         at_once = static_cast<std::size_t>(std::clamp(fitting, 1.0, 4096.0));
     }
+    check_input();
     if (refused > 0)
-        throw Failure(kNoAnswer, std::to_string(refused) + " rows were refused; their answers say why");
+        throw Failure(kNoAnswer, "rows refused: " + std::to_string(refused) + "; their answers say why");
     return kAnswered;
 }
 

@@ -78,16 +78,19 @@ Words read_words(Arguments arguments, std::span<const Option> options, const Nam
         const std::string name(word.substr(2, equals - 2)), shown = "--" + statplan::escaped(name);
         const auto option = std::ranges::find(options, name, &Option::name);
         if (std::ranges::find(all, name) == all.end())
-            throw Failure(kRefused, shown + ": no word of " + where + did_you_mean(name, all, "--"));
+            throw Failure(kRefused, (shown + ": no word of ").append(where) + did_you_mean(name, all, "--"));
         const bool flag = option != options.end() && option->value.empty(), has_value = equals < word.size();
         if (flag && has_value) throw Failure(kRefused, shown + ": takes no value");
         if (!flag && !has_value && (++i == arguments.size() || arguments[i].starts_with("--")))
             throw Failure(kRefused, shown + ": a value is needed");
         const std::string value = flag ? "" : has_value ? std::string(word.substr(equals + 1)) : arguments[i];
+        const auto given = std::ranges::find(words.given, name, &std::pair<std::string, std::string>::first);
+        if (given != words.given.end() || words.has(name))
+            throw Failure(kRefused, shown + ": is given twice");
         if (option == options.end())
             words.given.emplace_back(name, value);
-        else if (!words.options.emplace(name, value).second)
-            throw Failure(kRefused, shown + ": is given twice");
+        else
+            words.options.emplace(name, value);
     }
     return words;
 }

@@ -38,7 +38,7 @@ Outcome<std::string> to_gnuplot(const Table& table, std::string_view terminal) {
     for (std::size_t i = 0; i < table.over.size(); ++i) {
         auto values = columns[i].values;
         std::ranges::sort(values);
-        values.erase(std::ranges::unique(values).begin(), values.end());
+        values.erase(std::unique(values.begin(), values.end()), values.end());
         if (table.over[i]->kind != Kind::choice && values.size() > most) x = i, most = values.size();
     }
     if (x == columns.size())

@@ -194,9 +194,12 @@ std::string to_markdown(const std::vector<Section>& page) {
             const bool row = !term.empty() && !text.empty();
             if (row && !table) all += "\n| | |\n|---|---|\n";
             table = row;
-            all += text.empty() ? "\n    " + term + '\n'
-                   : row        ? "| `" + term + "` | " + text + " |\n"
-                                : '\n' + text + '\n';
+            if (text.empty())
+                all.append("\n    ").append(term).append("\n");
+            else if (row)
+                all.append("| `").append(term).append("` | ").append(text).append(" |\n");
+            else
+                all.append("\n").append(text).append("\n");
         }
     }
     return all;

@@ -77,6 +77,14 @@ TEST(Run, RefusesColumnsThatAreNoWords) {
     EXPECT_EQ(statpower("run " + folder.path("designs.csv") + " -o " + folder.path("designs.csv")).status, 2);
     EXPECT_EQ(statpower("run /nowhere/designs.csv").status, 1);
     EXPECT_EQ(statpower("run").status, 2);
+    EXPECT_EQ(statpower("run " + folder.path("designs.csv") + " --alpha 0.1 --alpha 0.2").status, 2);
+    EXPECT_EQ(statpower("run " + std::filesystem::temp_directory_path().string()).status, 1);
+    for (const char* name : {"long.csv", "long.ndjson"}) {
+        const auto lengthy =
+            statpower("run " + folder.write(name, "d,n\n" + std::string(3000000, '1') + ",2\n"));
+        EXPECT_EQ(lengthy.status, 2);
+        EXPECT_THAT(lengthy.text, HasSubstr("a row is longer than a million bytes"));
+    }
 }
 
 TEST(Run, AnswersRequestsInJson) {
