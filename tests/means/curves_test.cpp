@@ -604,4 +604,29 @@ TEST(DifferenceCurve, IsEmptyUnlessEveryArgumentIsInItsRange) {
     expect_empty((OverRatio{.diff_low = kNaN}).differences());
 }
 
+TEST(MeansCurves, ATotalOfOneOrLessHasNoRatios) {
+    // With one observation or less even a ratio range that is in order leaves the groups empty.
+    for (double total : {1.0, 0.5, 0.0, -3.0, -50.0}) {
+        EXPECT_EMPTY(PlotRatioIndependent(0, total, 1, 1, 0, 2, 0.5, 2, 0.05, 0.1)) << total;
+        EXPECT_EMPTY(PlotRatioIndependent(0, total, 1, 1, 0, 2, 0, 0, 0.05, 0.1)) << total;
+        EXPECT_EMPTY(PlotRatioIndependentFES(0, total, 0.5, 0.5, 2, 0.05, 0.1)) << total;
+    }
+    // Ratios below 1 / (Ntotal - 1), a negative bound, and not above a negative end.
+    EXPECT_EMPTY(PlotRatioIndependent(0, -3, 1, 1, 0, 2, -0.2, -5, 0.05, 0.1));
+    EXPECT_EMPTY(PlotRatioaMeanDiffIndependent(0, 0.5, 1, 1, 0, 2, 0.5, 2, -1, 1, 0.05, 0.1));
+    EXPECT_EMPTY(PlotRatioaESIndependent(0, 1, 0.5, 2, 0, 1, 0.05, 0.1));
+}
+
+TEST(MeansCurves, TheDefaultRangeOfATinyDifferenceIsFiveTimesTheDifference) {
+    for (double d : {1e-300, 1e-20, -3e-9, 1e-5}) {
+        const auto curve =
+            testing_support::take(PlotMeanDiffIndepended(0, 20, d, 1, 20, 0, 2, 0, 0, 0.05, std::abs(d)));
+        EXPECT_EQ(curve.x.front(), -5 * std::abs(d));
+        EXPECT_EQ(curve.x.back(), 5 * std::abs(d));
+    }
+    const auto zero = testing_support::take(PlotMeanDiffIndepended(0, 20, 1, 1, 20, 1, 2, 0, 0, 0.05, 10));
+    EXPECT_EQ(zero.x.front(), -100);
+    EXPECT_EQ(zero.x.back(), 100);
+}
+
 }  // namespace

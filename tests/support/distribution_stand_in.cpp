@@ -14,6 +14,7 @@ namespace {
 
 thread_local std::function<bool(const BinomialCall&)> fails_now;
 thread_local double value_of_failures;
+thread_local double quantile_shift = 0;
 
 /// The common library's operation of the same name as `own`.
 template <class Operation>
@@ -33,7 +34,8 @@ double answer(std::vector<Arguments>& calls, const Answer& value, Operation next
 
 template <class Real>
 double binomial(Operation operation, Real next, double argument, double n, double p, long& status) {
-    if (!fails_now || !fails_now({operation, argument, n, p})) return next(argument, n, p, status);
+    if (!fails_now || !fails_now({operation, argument, n, p}))
+        return next(argument, n, p, status) + (operation == Operation::kIdf ? quantile_shift : 0);
     status = 7;
     return value_of_failures;
 }
@@ -47,6 +49,14 @@ FailingCalls::FailingCalls(std::function<bool(const BinomialCall&)> fails, doubl
 
 FailingCalls::~FailingCalls() {
     fails_now = nullptr;
+}
+
+ShiftedQuantiles::ShiftedQuantiles(double counts) {
+    quantile_shift = counts;
+}
+
+ShiftedQuantiles::~ShiftedQuantiles() {
+    quantile_shift = 0;
 }
 
 }  // namespace testing_support

@@ -41,4 +41,13 @@ class FailingCalls {
     FailingCalls& operator=(const FailingCalls&) = delete;
 };
 
+/// While it lives, binomial quantiles are off by so many counts.
+class ShiftedQuantiles {
+  public:
+    explicit ShiftedQuantiles(double counts);
+    ~ShiftedQuantiles();
+    ShiftedQuantiles(const ShiftedQuantiles&) = delete;
+    ShiftedQuantiles& operator=(const ShiftedQuantiles&) = delete;
+};
+
 }  // namespace testing_support

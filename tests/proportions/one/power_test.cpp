@@ -498,6 +498,18 @@ TEST(OneSampleBinomial, TheNormalSampleSizeIsFractionalAndItsPowerJustReachesThe
         }
 }
 
+TEST(OneSampleBinomial, TheNormalSampleSizeIsSearchedToWithinATenthOfABillionth) {
+    // The bisection that stops below a width of 1e-9 ends at another double than one of 1e-8 or 1e-10.
+    const std::vector<double> design{0.8, 0.45, 0.4, 0, 0, 0.05, 0};
+    const auto search = [&](double tolerance) {
+        return PowerReverse(design, _POSBNormalApproFunc, nullptr, 1, 400, tolerance);
+    };
+    const double N = _POSBReverseNormalAppro(0.8, 0.45, 0.4, 0, 0, 0.05, false);
+    EXPECT_EQ(N, search(1e-9));
+    EXPECT_NE(N, search(1e-8));
+    EXPECT_NE(N, search(1e-10));
+}
+
 TEST(OneSampleBinomial, TheNormalSampleSizeOneSidedIsTheClosedForm) {
     Design d;
     d.method = 0;

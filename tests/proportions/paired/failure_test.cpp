@@ -9,6 +9,7 @@ using testing_support::BinomialCall;
 using testing_support::FailingCalls;
 using testing_support::Operation;
 using testing_support::related_power_by_sum;
+using testing_support::ShiftedQuantiles;
 
 namespace {
 
@@ -103,6 +104,24 @@ TEST(PairedFailure, AnyFailingCallGivesWhatTheFullSumGives) {
                     for (int sided : {0, 1})
                         ASSERT_EQ(power(sided, cells), by_sum(sided, cells)) << m << " " << argument;
             }
+}
+
+TEST(PairedFailure, AQuantileThatIsOffByOneCountsOnlyWhereItBracketsTheLevel) {
+    // On an exact tie the upper bracket includes both its ends, the lower one only the lower: levels that are sums of
+    // probabilities of few tosses, in both tails.
+    for (double shift : {-1.0, 0.0, 1.0}) {
+        const ShiftedQuantiles quantiles(shift);
+        for (double alpha : {0.05, 1.0 / 32, 1.0 / 16, 3.0 / 16, 0.25, 0.5, 11.0 / 16, 1 - 1.0 / 32})
+            for (Cells cells : {kLowerTail, kUpperTail})
+                for (int sided : {0, 1})
+                    EXPECT_EQ(PowerbyPRelSampBionm(sided, 1, nullptr, kN, cells.p1, cells.p2, alpha),
+                              related_power_by_sum(sided, kN, cells.p1, cells.p2, alpha))
+                        << shift << " " << alpha << " " << sided;
+    }
+    // One toss at level 1/2: F(0) = 1 - alpha, which the quantile -1 of below still brackets from above.
+    const ShiftedQuantiles quantiles(-1);
+    EXPECT_GT(PowerbyPRelSampBionm(1, 1, nullptr, 2, 0.2, 0.6, 0.5), 0);
+    EXPECT_EQ(PowerbyPRelSampBionm(1, 1, nullptr, 2, 0.6, 0.2, 0.5), 0);
 }
 
 TEST(PairedFailure, AllFormsOfADesignReportIt) {

@@ -365,6 +365,26 @@ TEST(ConditionalQuantiles, RefuseArgumentsOutOfTheirRanges) {
     }
 }
 
+TEST(ConditionalQuantiles, ATailThatEqualsTheLevelIsWithinItAndOneMoreThatEqualsItIsNotBeyond) {
+    const auto P = [](double u) { return _CondDisProb(3, 3, u, 3, 1, 0, 3, nullptr); };
+    EXPECT_EQ(_quantileDescending(3, 3, 3, 0, 3, 1, P(3), nullptr), 3);
+    EXPECT_EQ(_quantileAscending(3, 3, 3, 0, 3, 1, P(0), nullptr), 0);
+    // At k = 3 the next tail equals the level: not greater, so the search goes on, and finds it within.
+    EXPECT_EQ(_quantileDescending(3, 3, 3, 0, 3, 1, P(2) + P(3), nullptr), 2);
+    EXPECT_EQ(_quantileAscending(3, 3, 3, 0, 3, 1, P(0) + P(1), nullptr), 1);
+}
+
+TEST(ConditionalQuantiles, AskBeforeEveryTermOfEverySum) {
+    // Each probability asks for the 7 terms of its denominator. At k = 6 one term and the next probability, at k = 5 two
+    // terms and the next one: the answer.
+    CountingCancel descending;
+    EXPECT_EQ(_quantileDescending(6, 6, 6, 0, 6, 1, 0.05, &descending), 5);
+    EXPECT_EQ(descending.queries, (1 + 7 + 7) + (2 * (1 + 7) + 7));
+    CountingCancel ascending;
+    EXPECT_EQ(_quantileAscending(6, 6, 6, 0, 6, 1, 0.05, &ascending), 1);
+    EXPECT_EQ(ascending.queries, (1 + 7 + 7) + (2 * (1 + 7) + 7));
+}
+
 TEST(ConditionalQuantiles, AYesToAnyQueryGivesTheMissingValue) {
     for (auto quantile : {_quantileDescending, _quantileAscending}) {
         CountingCancel all;

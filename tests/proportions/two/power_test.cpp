@@ -331,6 +331,57 @@ TEST(TwoProportionsSize, AVectorThatHoldsSomethingIsLeftAlone) {
     EXPECT_THAT(result, ElementsAre(7));
 }
 
+TEST(TwoProportionsSize, TheArcsineSearchStartsWhereTheApproximationIsUsableAndReaches400Further) {
+    // 0.5 / (1 - p1) is the larger bound: 5, where a low target is already reached.
+    Question q{.p1 = 0.9, .p2 = 0.95, .method = 0, .test = 3, .target = 0.01};
+    EXPECT_EQ(q.sizes(), (std::vector<double>{5, 5}));
+    // The first upper end is 405: a size of 403 needs no doubling, and is asked about as often as one of 300.
+    const auto queries_for = [&](double n) {
+        q.target = q.power(n, n);
+        CountingCancel count;
+        EXPECT_NEAR(q.sizes(&count)[0], n, 1);
+        return count.queries;
+    };
+    const long within = queries_for(300.3);
+    EXPECT_EQ(queries_for(403.3), within);
+    EXPECT_EQ(queries_for(407.3), within + 1);
+}
+
+TEST(TwoProportionsSize, TheRefinementStopsAtAPowerThatEqualsTheTarget) {
+    Question q{.p1 = 0.2, .p2 = 0.5};
+    q.target = q.power(30, 30);
+    std::vector<double> sizes{30, 30};
+    PowerReverseU4Binom(sizes, q.design(), nullptr);
+    EXPECT_LE(sizes[0], 30);
+    EXPECT_GE(q.power(sizes[0], sizes[1]), q.target);
+    Question fisher{.p1 = 0.2, .p2 = 0.5, .test = 3};
+    fisher.target = fisher.power(sizes[0], sizes[1]);
+    std::vector<double> one{sizes[0], sizes[1]};
+    PowerReverseU4Binom(one, fisher.design(), nullptr);
+    EXPECT_LE(one[0], sizes[0]);
+}
+
+TEST(TwoProportionsSize, TheRefinementAsksBeforeEveryRoundAndEveryStep) {
+    // Rounds by the exact chi-square power, steps by Fisher's: cancelled anywhere, the sizes stay as they were.
+    const Question q{.p1 = 0.1, .p2 = 0.9, .test = 3, .target = 0.7};
+    CountingCancel all;
+    std::vector<double> sizes{2, 2};
+    PowerReverseU4Binom(sizes, q.design(), &all);
+    ASSERT_GT(sizes[0], 2);
+    for (long stop_at = 1; stop_at <= all.queries; ++stop_at) {
+        CountingCancel cancel(stop_at);
+        std::vector<double> kept{2, 2};
+        PowerReverseU4Binom(kept, q.design(), &cancel);
+        if (kept == sizes) {
+            // Only the power of the size that is the answer can still be computed after a late yes.
+            EXPECT_GT(stop_at, all.queries / 2);
+            continue;
+        }
+        EXPECT_EQ(kept, (std::vector<double>{2, 2})) << stop_at;
+        EXPECT_LE(cancel.queries, stop_at + 2) << stop_at;
+    }
+}
+
 TEST(TwoProportionsSize, FishersTestReachesNoMoreThanItsLevelAtEqualProportions) {
     for (int sides : {0, 1})
         for (int method : {1, 2}) {
