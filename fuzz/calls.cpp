@@ -130,12 +130,11 @@ class Drawing {
     bool is_drawn() const { return recorded_ == nullptr; }
     int k = 3;           // length of arrays, once it is drawn
     double alpha = 0.5;  // significance level, likewise
+    bool are_finite = true;
 
     double number(const std::string& role) {
-        // Predictors in a regression, a proportion or a probability elsewhere.
-        const bool is_proportion = role == "p" && name_.find("mlr") == std::string::npos &&
-                                   name_.find("PlotRange") == std::string::npos;
-        const double value = recorded_ != nullptr ? read() : draw(is_proportion ? "p1" : role);
+        const double value = recorded_ != nullptr ? read() : draw(meaning(role));
+        are_finite = are_finite && std::isfinite(value);
         if (role == "alpha") alpha = value;
         write(value);
         return value;
@@ -154,6 +153,15 @@ class Drawing {
     std::string text() const { return name_ + (is_ordinary() ? " ordinary" : " mixed") + text_; }
 
   private:
+    /// The role by the name of an argument, which is not always the same: p are predictors in a regression, a proportion or
+    /// a probability elsewhere.
+    std::string meaning(const std::string& role) const {
+        const bool is_regression =
+            name_.find("mlr") != std::string::npos || name_.find("PlotRange") != std::string::npos;
+        const bool is_series = name_ == "_EstCseriesRoutine" || name_ == "_LogCk";
+        return (role == "p" && !is_regression) || (role[0] == 'x' && is_series) ? "p1" : role;
+    }
+
     double draw(const std::string& role) {
         double value = ordinary(role, *choices_);
         if (manner_ == Manner::kMixed) switch (choices_->below(6)) {
@@ -492,10 +500,11 @@ struct Caller<function> {
                 }
         if constexpr (std::is_same_v<Result, double>) {
             const double power = answer.numbers.empty() ? 0 : answer.numbers[0];
-            // Some functions do not check the level, and say so.
-            const bool is_level = drawing.alpha > 0 && drawing.alpha < 1;
+            // Some functions do not check the level, and say so; with infinite numbers a distribution may be missing.
+            const bool is_judged = drawing.alpha > 0 && drawing.alpha < 1 && drawing.are_finite;
             const bool is_code = power == -1 || power == -2 || OrvMV::IsMissing(power) || std::isnan(power);
-            if (is_power(drawing.name()) && is_level && !is_code && !(power >= -1e-12 && power <= 1 + 1e-9) &&
+            if (is_power(drawing.name()) && is_judged && !is_code &&
+                !(power >= -1e-12 && power <= 1 + 1e-9) &&
                 !fractional_fisher(drawing.name(), std::get<i>(arguments)...))
                 seen.faults.push_back("a power of " + std::to_string(power));
             if (drawing.is_ordinary() && must_grow(drawing.name()) && !is_code) {

@@ -49,13 +49,16 @@ bool are_margins(double pA, double pB, double rho) {
     return is_between_0_and_1(pA) && is_between_0_and_1(pB) && rho >= -1 && rho <= 1;
 }
 
+/// Whether no number of pairs reaches the target: where the proportions are equal the exact test rejects with
+/// probability alpha at most.
+bool is_out_of_reach(int exact, double power, bool are_equal, double alpha) {
+    constexpr double kHit = 1e-14;
+    return exact != STATPOWER_NORMAL_APPROXIMATION && are_equal && power > alpha + kHit;
+}
+
 double sample_size(int sided, int exact, OrvQueryCancel* cancel, double power, DiscordantCells cells,
                    double alpha) {
     const PairedProportionsSearch design{power, cells.p1, cells.p2, sided, exact, alpha};
-    // Where the proportions are equal the exact test rejects with probability alpha at most, whatever N.
-    constexpr double kHit = 1e-14;
-    if (exact != STATPOWER_NORMAL_APPROXIMATION && cells.p1 == cells.p2 && power > alpha + kHit)
-        return OrvMV::Missing();
     return exact != STATPOWER_NORMAL_APPROXIMATION
                ? search_exact_size(design, POWER_NAMESPACE::PRelSampBionmFunc, cancel)
                : search_size(design, POWER_NAMESPACE::PRelSampBionmFunc, nullptr);
@@ -203,11 +206,14 @@ double PowerbyMargCRelSampBionm(int sided, int exact, double N, double cA, doubl
 
 double PowerReversebyPRelSampBionm(int sided, int exact, OrvQueryCancel* cancel, double power, double p1,
                                    double p2, double alpha) {
+    if (is_out_of_reach(exact, power, p1 == p2, alpha)) return OrvMV::Missing();
     return sample_size(sided, exact, cancel, power, {p1, p2}, alpha);
 }
 
 double PowerReversebyMargPRelSampBionm(int sided, int exact, OrvQueryCancel* cancel, double power, double pA,
                                        double pB, double rho, double alpha) {
     if (!(is_between_0_and_1(alpha) && are_margins(pA, pB, rho))) return kInvalid;
+    // Rounding can make cells of equal margins differ in their last digit.
+    if (is_out_of_reach(exact, power, pA == pB, alpha)) return OrvMV::Missing();
     return sample_size(sided, exact, cancel, power, cells_from_margins(pA, pB, rho), alpha);
 }

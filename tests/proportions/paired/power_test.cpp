@@ -372,6 +372,10 @@ TEST(PairedProportions, AnExactSearchForMoreThanTheLevelAtEqualProportionsIsMiss
             EXPECT_LE(cancel.queries, 1);
             EXPECT_MISSING(d.size());
         }
+    // Equal margins whose cells differ in the last digit.
+    CountingCancel cancel;
+    EXPECT_MISSING(PowerReversebyMargPRelSampBionm(0, 1, &cancel, 0.8, 0.4, 0.4, 0.1, 0.05));
+    EXPECT_LE(cancel.queries, 1);
     Design d;
     d.p1 = d.p2 = 0.2;
     d.target = 0.04;  // below the level: the search goes on until the power comes that close to it
