@@ -126,7 +126,7 @@ class Terms {
 
   private:
     double h_, inverse_h_, x_, x_low_, n_, d_;
-    Numbers j_, ratio_w_, ratio_g_;
+    Numbers j_, ratio_w_{}, ratio_g_{};  // the ratios of the last step up
 };
 
 /// Whether terms of this size, falling at least by this ratio (a function) from one to the next, are nothing to the
