@@ -2,7 +2,7 @@
 #include "statplan/designs.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cstdlib>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -39,13 +39,14 @@ std::string_view trimmed(std::string_view text) {
 
 /// Sets an argument from a cell.
 Check give(Values& values, const Argument& a, const std::string& cell) {
-    double number = 0;
-    const char* const end = cell.data() + cell.size();
     const bool digits = cell.find_first_not_of("0123456789.-eE") == cell.npos;
-    if (digits && (a.kind == Kind::number || a.kind == Kind::whole) &&
-        std::from_chars(cell.data(), end, number).ptr == end) {
-        values.set(a, number);
-        return {};
+    if (digits && (a.kind == Kind::number || a.kind == Kind::whole)) {
+        char* end = nullptr;  // strtod: not every standard library reads a double by from_chars
+        const double number = std::strtod(cell.c_str(), &end);
+        if (end == cell.c_str() + cell.size()) {
+            values.set(a, number);
+            return {};
+        }
     }
     std::string text = cell;
     if (a.kind == Kind::list) std::ranges::replace(text, ' ', ',');
