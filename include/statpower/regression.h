@@ -84,7 +84,8 @@ STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double pow
 STATPOWER_API XYPlot PlotNmlr(int random, bool intercept, int nMin, int nMax, double p, double q,
                               double R2full, double R2red, double alpha);
 
-/// Power against N for an effect size.
+/// Power against N for an effect size. A negative f2, which is not refused, gives points that are NaN where the
+/// predictors are random, and powers of 1 where they are fixed.
 /// @return the curve; empty unless 1 <= q <= p, 0 < alpha < 1, and nMin and nMax are as said
 STATPOWER_API XYPlot PlotNmlrFES(int random, bool intercept, int nMin, int nMax, double p, double q,
                                  double f2, double alpha);
