@@ -67,6 +67,7 @@ std::string in_words(const Way& way) {
 
 std::string in_words(const std::vector<Way>& ways) {
     std::vector<std::string> words;
+    words.reserve(ways.size());
     for (const Way& way : ways) words.push_back(in_words(way));
     return joined(words, ", or ");
 }

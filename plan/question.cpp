@@ -80,7 +80,7 @@ Outcome<std::vector<double>> read_values(const Argument& a, std::string_view tex
             }
             values.push_back(static_cast<double>(word - a.choices.begin()));
         } else if (part.find(':') != std::string_view::npos && a.kind != Kind::list) {
-            const auto range = read_range(a, part);
+            auto range = read_range(a, part);
             if (!range) return range;
             values.insert(values.end(), range->begin(), range->end());
         } else if (const auto x = read_number(part)) {

@@ -30,6 +30,7 @@ std::vector<Item> size_items(const Test& test, const std::vector<double>& found)
 
 std::vector<double> enrolled_sizes(const std::vector<double>& found, double dropout) {
     std::vector<double> enrolled;
+    enrolled.reserve(found.size());
     for (const double size : found) enrolled.push_back(std::ceil(size / (1 - dropout) * (1 - 1e-12)));
     return enrolled;
 }

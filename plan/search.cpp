@@ -114,6 +114,7 @@ std::vector<double> crossings(const Shortfall& shortfall, const Range& range, do
     }
     const std::vector<double> points = grid(range);
     std::vector<double> missing;
+    missing.reserve(points.size());
     for (const double x : points) missing.push_back(shortfall(x));
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         if (std::isnan(missing[i]) || std::isnan(missing[i + 1])) continue;  // the end of what is possible
