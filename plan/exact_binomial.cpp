@@ -31,6 +31,7 @@ double largest_probability(double n, double p) {
 }
 
 constexpr double kRounding = 1e-12;
+constexpr double kMostPairs = 2e6;  // what is known of each number of discordant pairs is kept
 
 }  // namespace
 
@@ -91,6 +92,7 @@ const BinomialTest::Bounds& PairedTest::given_discordant(int m) {
 }
 
 double PairedTest::power(double n) {
+    if (!(n <= kMostPairs)) return kNotGiven;
     return BinomialCounts(n, discordant_).mean([&](int m) { return given_discordant(m).power; });
 }
 
@@ -98,6 +100,7 @@ SawTooth PairedTest::powers() const {
     // The number of discordant pairs grows with n, so that means over it inherit the bounds.
     const auto test = std::make_shared<PairedTest>(*this);
     const auto mean = [test](const GroupSizes& n, double BinomialTest::Bounds::*bound) {
+        if (!(n[0] <= kMostPairs)) return kNotGiven;
         return BinomialCounts(n[0], test->discordant_).mean([&](int m) {
             return test->given_discordant(m).*bound;
         });
@@ -107,10 +110,12 @@ SawTooth PairedTest::powers() const {
             .most =
                 [=](const GroupSizes& n, const GroupSizes& from) {
                     return mean(n, &BinomialTest::Bounds::most) + mean(from, &BinomialTest::Bounds::other);
-                }};
+                },
+            .observations = kMostPairs};
 }
 
 double PairedTest::level(double n, Cancel* cancel) {
+    if (!(n <= kMostPairs)) return kNotGiven;
     std::vector<double> levels(static_cast<std::size_t>(n) + 1);
     for (std::size_t m = 1; m < levels.size(); ++m) levels[m] = test_.level(static_cast<double>(m));
     return largest_over_probabilities(n, cancel, [&](double discordant) {

@@ -54,6 +54,7 @@ class PairedTest {
     /// @param p10,p01  probabilities of the two kinds of discordant pairs
     PairedTest(double p10, double p01, double alpha, Tails tails);
 
+    /// NaN, like the level, for more than 2e6 pairs.
     double power(double n);
     /// Largest probability of rejecting when both kinds are equally probable, over all probabilities of a
     /// discordant pair; NaN when cancelled.

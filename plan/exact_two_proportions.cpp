@@ -14,6 +14,8 @@ using OrvMath_940::OrvDistFun;
 
 namespace {
 
+constexpr double kMost = 2e7;  // observations: counts are ints, and Fisher's boundary takes a step for each
+
 /// Does a table reject in favour of p1 > p2?
 class Decision {
   public:
@@ -142,6 +144,7 @@ class Rejection {
 }  // namespace
 
 double TwoProportions::power(double n1, double n2, double p1, double p2) const {
+    if (!(n1 + n2 <= kMost)) return kNotGiven;
     const BinomialCounts first(n1, p1);
     const BinomialTails second{BinomialCounts(n2, p2)};
     const Rejection rejection(*this, n1, n2, first.first(), first.last());
@@ -149,6 +152,7 @@ double TwoProportions::power(double n1, double n2, double p1, double p2) const {
 }
 
 double TwoProportions::level(double n1, double n2, Cancel* cancel) const {
+    if (!(n1 + n2 <= kMost)) return kNotGiven;
     const Rejection rejection(*this, n1, n2, 0, static_cast<int>(n1));
     return largest_over_probabilities(n1 + n2, cancel, [&](double p) {
         const BinomialTails second{BinomialCounts(n2, p)};

@@ -25,7 +25,7 @@ struct TwoProportions {
     Tails tails;      // large: p1 > p2 is the alternative
     double alpha;
 
-    /// Probability of the tables that reject.
+    /// Probability of the tables that reject. NaN, like the level, for more than 2e7 observations.
     double power(double n1, double n2, double p1, double p2) const;
     /// Largest probability of rejecting when both proportions are the same, over all values of theirs; NaN when
     /// cancelled.

@@ -606,15 +606,18 @@ Check Plan::Parts::find_exact_sizes(const SawTooth& powers, const Allocation& al
                                     Values& values, Answer& answer, Cancel* cancel) const {
     const Chain chain{.at = [&](double size) { return allocation.at(size); },
                       .above = [&](const GroupSizes& before) { return allocation.above(before); }};
+    // Each group is rounded up.
+    const double most = std::min(values[common::max_n],
+                                 powers.observations - static_cast<double>(allocation.shares().size()));
+    largest *= most / values[common::max_n];
     const FoundSizes found = statplan::find_sizes(powers, chain, values[target()], largest, cancel);
     if (found.cancelled) return kCancelled;
-    if (found.smallest.empty())
-        return unreachable(powers.power(allocation.at(largest)), values[common::max_n], values);
+    if (found.smallest.empty()) return unreachable(powers.power(allocation.at(largest)), most, values);
     answer.smallest = found.smallest, answer.guaranteed = found.guaranteed;
     const bool guaranteed = values.is(common::rule, Rule::guaranteed);
     if (guaranteed && found.guaranteed.empty())
         return no_answer("the power does not stay above " + number(values[target()]) + " before " +
-                         number(values[common::max_n]) + " observations; a larger max-n would do");
+                         number(most) + " observations");
     set_sizes(values, guaranteed ? found.guaranteed : found.smallest);
     answer.reached = measured(values, cancel);
     return {};
@@ -678,12 +681,12 @@ Check Plan::Parts::find_whole(Values& values, Answer& answer, Cancel* cancel) co
         };
         const Chain chain{.at = [&](double size) { return sizes_at(std::max(least, std::ceil(size))); },
                           .above = [&](const GroupSizes& before) { return sizes_at(value_at(before) + 1); }};
-        const FoundSizes found =
-            find_smallest(*powers, chain, values[target()], values[common::max_n], cancel);
+        const double most = std::min(values[common::max_n], powers->observations / 2);
+        const FoundSizes found = find_smallest(*powers, chain, values[target()], most, cancel);
         if (found.cancelled) return kCancelled;
-        values.set(x, found.smallest.empty() ? values[common::max_n] : value_at(found.smallest));
+        values.set(x, found.smallest.empty() ? most : value_at(found.smallest));
         answer.reached = measured(values, cancel);
-        if (found.smallest.empty()) return unreachable(answer.reached, values[common::max_n], values);
+        if (found.smallest.empty()) return unreachable(answer.reached, most, values);
         return {};
     }
     double high = least;

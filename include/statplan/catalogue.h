@@ -193,6 +193,7 @@ struct SawTooth {
     std::function<double(const GroupSizes&)> least;
     /// At least the power of `sizes` and of all smaller ones down to `from`.
     std::function<double(const GroupSizes& sizes, const GroupSizes& from)> most;
+    double observations = kInfinity;  // more than these, all groups together, are not computed: NaN
 };
 
 /// A worked example with its published or independently computed value, which help and pages print and tests
