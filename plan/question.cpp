@@ -1,7 +1,6 @@
 // Questions in words: how a person writes numbers, lists, ranges and choices.
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <cstdlib>
 
 #include "plan/text.h"
