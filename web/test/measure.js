@@ -68,18 +68,20 @@ row("first answer, file:// in a new context, from navigation", median(cold));
       await tab.evaluate(
         (to) =>
           new Promise((done) => {
-            const chart = document.querySelector(".chart");
+            const curve = document.querySelector(".curve");
+            const end = () => document.querySelector(".point.movable")?.getAttribute("aria-valuemax");
+            const before = end();
             const input = document.querySelector("[name=curve-to]");
             const begun = performance.now();
             new MutationObserver((_, observer) => {
-              if (!document.querySelector(".curve h2") || document.querySelector(".curve progress")) return;
+              if (end() === before || curve.querySelector("progress")) return;
               observer.disconnect();
               done(performance.now() - begun);
-            }).observe(chart, { attributes: true, subtree: true, childList: true });
+            }).observe(curve, { attributes: true, subtree: true, childList: true });
             input.value = to;
             input.dispatchEvent(new Event("input", { bubbles: true }));
           }),
-        String(401 + i),
+        String(401 + 3 * i),
       ),
     );
   }
