@@ -2,6 +2,7 @@
 import { contours } from "d3-contour";
 import { scaleLinear } from "d3-scale";
 import { line as lineThrough } from "d3-shape";
+import type { ComponentChildren } from "preact";
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 import { shown } from "./catalogue";
 
@@ -25,16 +26,47 @@ interface Frame {
 
 const MARGIN = { top: 16, right: 18, bottom: 46, left: 58 };
 
-/** The width that the chart has on the page. */
-function useWidth() {
+/** The picture's size in its own units, which grow with the letters of the page. */
+function useSize() {
   const box = useRef<HTMLDivElement>(null);
-  const [width, setWidth] = useState(640);
+  const [{ width, scale }, setSize] = useState({ width: 640, scale: 1 });
   useLayoutEffect(() => {
-    const observer = new ResizeObserver(([entry]) => setWidth(Math.max(260, Math.round(entry!.contentRect.width))));
+    const observer = new ResizeObserver(([entry]) => {
+      const scale = parseFloat(getComputedStyle(document.documentElement).fontSize) / 16;
+      setSize({ width: Math.max(260, Math.round(entry!.contentRect.width / scale)), scale });
+    });
     observer.observe(box.current!);
     return () => observer.disconnect();
   }, []);
-  return { box, width, height: Math.round(Math.min(440, Math.max(250, width * 0.56))) };
+  return { box, width, height: Math.round(Math.min(440, Math.max(250, width * 0.56))), scale };
+}
+
+interface KeyItem {
+  name: string;
+  swatch: ComponentChildren;
+}
+
+/** How the items of a key stand: as many in a row as there is room for. */
+function keyOf(items: KeyItem[], width: number) {
+  const column = 52 + 7.5 * Math.max(0, ...items.map((item) => item.name.length));
+  const columns = Math.max(1, Math.floor((width - MARGIN.left - MARGIN.right) / column));
+  const at = (i: number) => `translate(${MARGIN.left + (i % columns) * column} ${12 + 20 * Math.floor(i / columns)})`;
+  return { height: items.length ? 20 * Math.ceil(items.length / columns) + 6 : 0, at };
+}
+
+/** Which line or shade is which, in the picture, so that it is saved with it. */
+function Key({ items, width, top }: { items: KeyItem[]; width: number; top: number }) {
+  const { at } = keyOf(items, width);
+  return (
+    <g class="key" transform={`translate(0 ${top})`}>
+      {items.map((item, i) => (
+        <g key={item.name} transform={at(i)}>
+          {item.swatch}
+          <text x={34} dy="0.32em">{item.name}</text>
+        </g>
+      ))}
+    </g>
+  );
 }
 
 type Scale = ReturnType<typeof scaleLinear<number>>;
@@ -66,10 +98,12 @@ function Axes({ x, y, width, height, frame }: { x: Scale; y: Scale; width: numbe
   );
 }
 
-/** The x of the pointer in the picture's units. */
-const pointerX = (event: PointerEvent) => {
-  const box = (event.currentTarget as Element).closest("svg")!.getBoundingClientRect();
-  return { x: event.clientX - box.left, y: event.clientY - box.top };
+/** Where the pointer is, in the picture's units. */
+const pointerAt = (event: PointerEvent) => {
+  const svg = (event.currentTarget as Element).closest("svg")!;
+  const box = svg.getBoundingClientRect();
+  const scale = svg.viewBox.baseVal.width / box.width;
+  return { x: (event.clientX - box.left) * scale, y: (event.clientY - box.top) * scale };
 };
 
 const nearestIndex = (xs: number[], x: number) =>
@@ -85,7 +119,7 @@ interface LineChartProps extends Frame {
 }
 
 export function LineChart({ lines, target, point, onDrag, probability, ...frame }: LineChartProps) {
-  const { box, width, height } = useWidth();
+  const { box, width, height, scale } = useSize();
   const [hover, setHover] = useState<number | null>(null);
   const [dragged, setDragged] = useState<Point | null>(null);
   const xs = lines.flatMap((l) => l.xs);
@@ -106,7 +140,7 @@ export function LineChart({ lines, target, point, onDrag, probability, ...frame 
     return value === null || value === undefined ? null : { x: own.xs[i]!, y: value };
   };
   const move = (event: PointerEvent) => {
-    const at = x.invert(pointerX(event).x);
+    const at = x.invert(pointerAt(event).x);
     setHover(at);
     if (dragged) setDragged(onCurve(at) ?? dragged);
   };
@@ -124,19 +158,21 @@ export function LineChart({ lines, target, point, onDrag, probability, ...frame 
   };
   const marked = dragged ?? point;
   const hovered = hover === null ? null : Math.min(x.domain()[1]!, Math.max(x.domain()[0]!, hover));
+  const key = lines.length < 2 ? [] : lines.map((l, i) => ({ name: l.name, swatch: <line class={`line line-${i % 6}`} x2={26} /> }));
+  const whole = height + keyOf(key, width).height;
   return (
     <div class="chart" ref={box}>
       <svg
-        width={width}
-        height={height}
-        viewBox={`0 0 ${width} ${height}`}
+        width={width * scale}
+        height={whole * scale}
+        viewBox={`0 0 ${width} ${whole}`}
         role="group"
         aria-label={frame.description}
         onPointerMove={move}
         onPointerLeave={() => !dragged && setHover(null)}
         onPointerUp={release}
       >
-        <rect class="ground" width={width} height={height} />
+        <rect class="ground" width={width} height={whole} />
         <Axes x={x} y={y} width={width} height={height} frame={frame} />
         {target !== undefined && (
           <g class="target">
@@ -178,31 +214,22 @@ export function LineChart({ lines, target, point, onDrag, probability, ...frame 
             })}
           />
         )}
+        <Key items={key} width={width} top={height} />
       </svg>
-      <Legend lines={lines} at={dragged?.x ?? hovered} xLabel={frame.xLabel} yLabel={frame.yLabel} />
+      <Reading lines={lines} at={dragged?.x ?? hovered} xLabel={frame.xLabel} yLabel={frame.yLabel} />
     </div>
   );
 }
 
-/** Which line is which, and the values under the pointer. */
-function Legend({ lines, at, xLabel, yLabel }: { lines: Line[]; at: number | null; xLabel: string; yLabel: string }) {
+/** The values under the pointer. */
+function Reading({ lines, at, xLabel, yLabel }: { lines: Line[]; at: number | null; xLabel: string; yLabel: string }) {
   const i = at === null ? null : nearestIndex(lines[0]!.xs, at);
   const valueAt = (l: Line) => (i === null ? "" : shown(l.ys[i] ?? null) || "none");
   return (
-    <p class="legend">
+    <p class="reading">
+      {i === null && <span class="quiet">Point at the curve to read its values.</span>}
       {i !== null && <span class="at">{`${xLabel} ${shown(lines[0]!.xs[i])}`}</span>}
-      {lines.length > 1
-        ? lines.map((l, k) => (
-            <span key={k}>
-              <svg class="swatch" width="26" height="8" aria-hidden="true">
-                <line class={`line line-${k % 6}`} x1="0" x2="26" y1="4" y2="4" />
-              </svg>
-              {l.name}
-              {i !== null && <b>{` ${valueAt(l)}`}</b>}
-            </span>
-          ))
-        : i !== null && <span>{yLabel} <b>{valueAt(lines[0]!)}</b></span>}
-      {i === null && lines.length === 1 && <span class="quiet">Point at the curve to read its values.</span>}
+      {i !== null && lines.map((l, k) => <span key={k}>{lines.length > 1 ? l.name : yLabel} <b>{valueAt(l)}</b></span>)}
     </p>
   );
 }
@@ -219,7 +246,7 @@ interface ContourChartProps extends Frame {
 }
 
 export function ContourChart({ xs, ys, zs, zLabel, target, point, probability, ...frame }: ContourChartProps) {
-  const { box, width, height } = useWidth();
+  const { box, width, height, scale } = useSize();
   const [hover, setHover] = useState<Point | null>(null);
   const x = scaleLinear([xs[0]!, xs.at(-1)!], [MARGIN.left, width - MARGIN.right]);
   const y = scaleLinear([ys[0]!, ys.at(-1)!], [height - MARGIN.bottom, MARGIN.top]);
@@ -247,37 +274,36 @@ export function ContourChart({ xs, ys, zs, zLabel, target, point, probability, .
   const i = hover && nearestIndex(xs, hover.x);
   const j = hover && nearestIndex(ys, hover.y);
   const z = i === null || j === null ? null : zs[j * xs.length + i];
+  // A shade is as deep as the areas that lie over one another there.
+  const key = levels.map((level, k) => ({
+    name: `\u2265 ${shown(level)}`,
+    swatch: levels.slice(0, k + 1).map((below) => <rect key={below} class="level" y={-6} width={26} height={12} />),
+  }));
+  const whole = height + keyOf(key, width).height;
   return (
     <div class="chart" ref={box}>
       <svg
-        width={width}
-        height={height}
-        viewBox={`0 0 ${width} ${height}`}
+        width={width * scale}
+        height={whole * scale}
+        viewBox={`0 0 ${width} ${whole}`}
         role="img"
         aria-label={frame.description}
         onPointerMove={(event) => {
-          const at = pointerX(event);
+          const at = pointerAt(event);
           setHover({ x: x.invert(at.x), y: y.invert(at.y) });
         }}
         onPointerLeave={() => setHover(null)}
       >
-        <rect class="ground" width={width} height={height} />
+        <rect class="ground" width={width} height={whole} />
         {levels.map((level) => (
           <path key={level} class="level" d={area(level)} />
         ))}
         {target !== undefined && <path class="target-level" d={isoline(target)} />}
         <Axes x={x} y={y} width={width} height={height} frame={frame} />
         {point && <circle class="point" cx={x(point.x)} cy={y(point.y)} r={7} />}
+        <Key items={key} width={width} top={height} />
       </svg>
-      <p class="legend">
-        {levels.map((level, k) => (
-          <span key={level}>
-            <svg class="swatch" width="18" height="12" aria-hidden="true">
-              {levels.slice(0, k + 1).map((below) => <rect key={below} class="level" width="18" height="12" />)}
-            </svg>
-            {`\u2265 ${shown(level)}`}
-          </span>
-        ))}
+      <p class="reading">
         <span class="at">
           {hover && z !== null && z !== undefined
             ? `${frame.xLabel} ${shown(xs[i!])}, ${frame.yLabel} ${shown(ys[j!])}: ${zLabel} ${shown(z)}`
