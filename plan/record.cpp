@@ -195,7 +195,10 @@ Outcome<Record> ask(const Question& question, Cancel* cancel) {
         if (!std::isnan(answer.other)) record.other.push_back({plan->unknown(), {answer.other}});
     } else if (plan->searches_sizes()) {
         record.unknown = "size";
-        record.guaranteed = size_items(test, answer.guaranteed);
+        if (answer.guaranteed.empty())
+            record.notes.push_back("no guaranteed size was found up to max-n");
+        else
+            record.guaranteed = size_items(test, answer.guaranteed);
         if (values[common::dropout] > 0) {
             const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
             const auto& found = by_guaranteed ? answer.guaranteed : answer.smallest;

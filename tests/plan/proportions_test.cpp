@@ -45,6 +45,22 @@ TEST(Proportions, ExactSizesAreTheLeastAndTheLeastThatStays) {
     EXPECT_EQ(sizes_of(design + " --rule guaranteed"), std::vector<double>{316});
 }
 
+TEST(Proportions, ASmallestSizeWithoutAGuaranteedOneBelowMaxNSaysSo) {
+    const std::string one =
+        "prop-one size --p0 0.9 --p1 0.95 --alternative one-sided --alpha 0.025 --power 0.9 "
+        "--method exact --max-n 300";
+    const std::string two =
+        "prop-two size --p1 0.3 --p2 0.6 --method exact --statistic fisher --max-n 96 --power 0.8";
+    for (const std::string& design : {one, two}) {
+        const auto record = asked(design);
+        ASSERT_TRUE(record) << record.refusal().message();
+        EXPECT_THAT(record->guaranteed, IsEmpty());
+        EXPECT_THAT(record->notes, testing::Contains(HasSubstr("no guaranteed size")));
+        EXPECT_THAT(to_text(*record), HasSubstr("no guaranteed size"));
+        EXPECT_FALSE(asked(design + " --rule guaranteed"));
+    }
+}
+
 TEST(Proportions, AnAllocationStaysOneWithContinuityAndPooledVarianceOneSided) {
     EXPECT_EQ(sizes_of("prop-two size --p1 0.3 --p2 0.5 --ratio 2 --alternative one-sided --continuity yes"),
               (std::vector<double>{63, 125}));
