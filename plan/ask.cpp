@@ -207,12 +207,12 @@ size_t statplan_run(const statplan_plan* prepared, size_t rows, const statplan_c
         (varies || !given[i]->only.empty() ? checked : same).push_back(given[i]);
     }
     const bool same_wrong = plan.check(values, same).has_value();
-    Plan::Answer answer;
+    const Values given_to_all = values;
     for (size_t row = 0; row < rows; ++row) {
         const auto r = static_cast<ptrdiff_t>(row);
+        values = given_to_all;  // nothing of the row before: the sizes that it found, say
         for (const size_t i : varying) read(i, r);
-        if (plan.unknown()) values.clear(*plan.unknown());
-        answer.other = kNotGiven;
+        Plan::Answer answer;
         const bool answered = !same_wrong && !plan.check(values, checked) &&
                               !plan.answer_checked(values, answer, callback.or_null());
         if (cancel && callback.IsCancelRequested()) return row;

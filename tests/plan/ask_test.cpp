@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "statplan/plan.h"
+#include "statpower/anova.h"
 #include "statpower/means.h"
 
 namespace {
@@ -168,6 +169,20 @@ TEST(Columns, SeveralAnswersOfASearchComeAtOnce) {
     EXPECT_THAT(n, testing::ElementsAre(34, 128));
     EXPECT_THAT(guaranteed, testing::ElementsAre(34, 128));
     EXPECT_EQ(power[1], PowerOneSampleNondirectional(128, 0.25, 1, 0, 0.05));
+}
+
+TEST(Columns, ARowIsAnsweredAsIfItWereAlone) {
+    // What is found out about a row, the sizes of so many groups, is not there for the next one.
+    const double groups[] = {4, 40, 3}, f = 0.4, n = 5;
+    const char* const given[] = {"f", "groups", "n"};
+    const statplan_column all[] = {{&f, 0, 1, 0}, {groups, sizeof(double), 1, 0}, {&n, 0, 1, 0}};
+    double power[3];
+    ASSERT_EQ(statplan_columns("anova", "power", given, all, 3, 3, "power", power, nullptr, nullptr, nullptr),
+              0);
+    const double of_4[] = {5, 5, 5, 5}, of_3[] = {5, 5, 5};
+    EXPECT_EQ(power[0], PowerOverallTestwES(4, 0, of_4, 0.4, 0.05));
+    EXPECT_EQ(power[1], PowerOverallTestwES(40, 0, std::vector<double>(40, 5).data(), 0.4, 0.05));
+    EXPECT_EQ(power[2], PowerOverallTestwES(3, 0, of_3, 0.4, 0.05));
 }
 
 TEST(Columns, WhatCannotBePreparedIsRefused) {
