@@ -2,7 +2,6 @@
 
 #include <malloc.h>
 #include <sys/mman.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -20,10 +19,11 @@
 #include <utility>
 
 #include "fuzz/functions.inc"
-#include "fuzz/memory.h"
 #include "fuzz/planted.h"
+#include "fuzz/watch.h"
 #include "orvcommon/mv.h"
 #include "orvcommon/query_cancel.h"
+#include "support/allocations.h"
 
 namespace fuzz {
 
@@ -32,52 +32,7 @@ namespace {
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(FUZZ_SANITIZED)
-constexpr double kSlowdown = 8;
-#else
-constexpr double kSlowdown = 1;
-#endif
-constexpr double kLongestCall = 1000 * kSlowdown;  // milliseconds, without a cancel object
-constexpr double kLatestAnswer = 50 * kSlowdown;   // after it said stop
-constexpr std::size_t kMostMemory = 200u << 20;
-
-double processor_milliseconds() {
-    timespec t;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return 1e3 * static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_nsec);
-}
-
 // ---- Arguments ---------------------------------------------------------------------------------------------------------
-
-/// Says stop from a query or from a moment on.
-class WatchedCancel : public OrvQueryCancel {
-  public:
-    WatchedCancel(double stop_at_query, double stop_after)
-        : stop_at_(stop_at_query), stop_after_(stop_after) {}
-
-    bool IsCancelRequested() override {
-        ++queries_;
-        if (said_stop_at_) return true;
-        const bool looks = static_cast<std::uint64_t>(queries_) % 64 == 0 || queries_ < 64;
-        if (queries_ >= stop_at_ || (looks && processor_milliseconds() >= deadline_))
-            said_stop_at_ = processor_milliseconds();
-        return said_stop_at_.has_value();
-    }
-    void start() { deadline_ = processor_milliseconds() + stop_after_; }
-
-    /// Milliseconds from when it would have said stop to now; nothing as long as it would not.
-    std::optional<double> overdue() const {
-        const double now = processor_milliseconds();
-        if (said_stop_at_) return now - *said_stop_at_;
-        return now >= deadline_ ? std::optional(now - deadline_) : std::nullopt;
-    }
-
-  private:
-    double stop_at_, stop_after_;
-    double queries_ = 0;
-    double deadline_ = std::numeric_limits<double>::infinity();
-    std::optional<double> said_stop_at_;
-};
 
 /// Numbers that end where memory ends: reading or writing beyond is a crash; what lies before must not change.
 class GuardedArray {
@@ -467,7 +422,7 @@ struct Caller<function> {
         };
         Answer answer;
         answer.numbers.reserve(64);
-        const memory::Watch watch(kMostMemory);
+        const testing_support::Allocations allocations(kMostMemory);
         const double begun = processor_milliseconds();
         try {
             invoke(answer);
@@ -479,9 +434,9 @@ struct Caller<function> {
             if (drawing.name() != "PowerReverseU4Binom") throw;
         }
         seen.milliseconds = processor_milliseconds() - begun;
-        seen.peak_bytes = watch.peak();
+        seen.peak_bytes = allocations.peak();
         // What the caller's vectors hold is the caller's.
-        const std::size_t live = watch.live();
+        const std::size_t live = allocations.live();
         const std::size_t kept = (std::size_t{0} + ... + kept_bytes(std::get<i>(arguments)));
         seen.answer = answer.digest.value();
         (check_after(std::get<i>(arguments), seen), ...);

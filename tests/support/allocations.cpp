@@ -1,4 +1,4 @@
-#include "fuzz/memory.h"
+#include "support/allocations.h"
 
 #include <malloc.h>
 
@@ -9,14 +9,18 @@ namespace {
 
 struct Use {
     bool watched = false;
-    std::size_t limit = 0;
+    std::size_t most_bytes = 0;
+    long remaining = -1;  // allocations that still succeed; negative: all
     long long live = 0;
     long long peak = 0;
 };
 thread_local Use use;
 
 void* allocate(std::size_t size) {
-    if (use.watched && size > use.limit) throw std::bad_alloc();
+    if (use.watched) {
+        if (size > use.most_bytes || use.remaining == 0) throw std::bad_alloc();
+        if (use.remaining > 0) --use.remaining;
+    }
     void* block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) throw std::bad_alloc();
     if (use.watched) {
@@ -33,22 +37,28 @@ void release(void* block) {
 
 }  // namespace
 
-namespace fuzz::memory {
+namespace testing_support {
 
-Watch::Watch(std::size_t limit) {
-    use = {true, limit, 0, 0};
+Allocations::Allocations(std::size_t most_bytes) {
+    use = {true, most_bytes, -1, 0, 0};
 }
-Watch::~Watch() {
+Allocations::~Allocations() {
     use.watched = false;
 }
-std::size_t Watch::live() const {
+std::size_t Allocations::live() const {
     return use.live > 0 ? static_cast<std::size_t>(use.live) : 0;
 }
-std::size_t Watch::peak() const {
+std::size_t Allocations::peak() const {
     return static_cast<std::size_t>(use.peak);
 }
+void Allocations::fail_after(long count) {
+    use.remaining = count;
+}
+void Allocations::fail_no_more() {
+    use.remaining = -1;
+}
 
-}  // namespace fuzz::memory
+}  // namespace testing_support
 
 void* operator new(std::size_t size) {
     return allocate(size);
