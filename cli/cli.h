@@ -67,6 +67,8 @@ Names argument_names(const statplan::Test& test);
 
 // ---- The system (process.cpp) ----------------------------------------------------------------------------
 
+/// A standard file that is closed fails when it is used; the next file that is opened does not take its place.
+void keep_standard_files();
 /// From now on Ctrl-C ends the program at once, with one line.
 void end_on_interrupt();
 

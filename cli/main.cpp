@@ -118,6 +118,7 @@ int fail(int status, const char* message) {
 }  // namespace cli
 
 int main(int argc, char** argv) {
+    cli::keep_standard_files();
     cli::end_on_interrupt();
     try {
         return cli::command(std::vector<std::string>(argv + 1, argv + std::max(argc, 1)));

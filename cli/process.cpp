@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,6 +37,11 @@ void block_interrupt(int how) {
 }
 
 }  // namespace
+
+void keep_standard_files() {
+    for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(file, F_GETFD) == -1) ::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
 
 void end_on_interrupt() {
     // Ignored: a job in the background of a script.

@@ -43,7 +43,8 @@ Answers answers_to(const std::vector<std::string>& rows, const AnswerRow& answer
 File opened(const std::string& name, bool twice) {
     if (name != "-") return open(name, "rb");
     File input(fdopen(0, "rb"));
-    if (!twice || !input) return input;
+    if (!input) throw Failure(kNoAnswer, "cannot read standard input: it is closed");
+    if (!twice) return input;
     File copy = temporary();
     char block[1 << 16];
     for (std::size_t count; (count = std::fread(block, 1, sizeof block, input.get())) > 0;)

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <stdexcept>
 
 #include "plan/json.h"
 #include "plan/text.h"
@@ -24,6 +25,18 @@ class Callback : public Cancel {
     statplan_cancel function_;
     void* context_;
 };
+
+/// What `work` gives; `failed` where memory runs out, since no exception may leave the C interface.
+template <typename Result, typename Work>
+Result unless_memory_runs_out(Result failed, Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return failed;
+    } catch (const std::length_error&) {
+        return failed;
+    }
+}
 
 /// A copy that statplan_free releases; null when there is no memory.
 char* copied(const std::string& text) {
@@ -128,60 +141,10 @@ void write_none(const statplan_output& room, ptrdiff_t row) {
         put(room.values, row * room.stride + static_cast<ptrdiff_t>(j) * room.inner, kNotGiven);
 }
 
-}  // namespace
-
-extern "C" {
-
-const char* statplan_version(void) {
-    return STATPLAN_VERSION;
-}
-
-const char* statplan_catalogue(void) {
-    return catalogue_json().c_str();
-}
-
-char* statplan_ask(const char* request, statplan_cancel cancel, void* context) {
-    Callback callback(cancel, context);
-    const auto question = question_from_json(request ? request : "");
-    if (!question) return copied(to_json(question.refusal()));
-    if (is_table(*question)) {
-        const auto table = ask_table(*question, callback.or_null());
-        return copied(table ? to_json(*table) : to_json(table.refusal()));
-    }
-    const auto record = ask(*question, callback.or_null());
-    return copied(record ? to_json(*record) : to_json(record.refusal()));
-}
-
-void statplan_free(char* text) {
-    std::free(text);
-}
-
-char* statplan_answers(const char* test, const char* unknown, const char* const* given, size_t count) {
-    const auto plan = prepared(test, unknown, given, count);
-    return copied(plan ? answers_json(*plan) : to_json(plan.refusal()));
-}
-
-statplan_plan* statplan_prepare(const char* test, const char* unknown, const char* const* given, size_t count,
-                                const char* const* outputs, size_t output_count, char** refusal) {
-    if (refusal) *refusal = nullptr;
-    const auto refused = [&](const Refusal& why) {
-        if (refusal) *refusal = copied(to_json(why));
-        return nullptr;
-    };
-    auto plan = prepared(test, unknown, given, count);
-    if (!plan) return refused(plan.refusal());
-    std::vector<Output> answers;
-    for (size_t i = 0; i < output_count; ++i) {
-        const auto output = output_of(*plan, outputs[i]);
-        if (!output) return refused(output.refusal());
-        answers.push_back(*output);
-    }
-    return new (std::nothrow) statplan_plan{std::move(*plan), std::move(answers)};
-}
-
-size_t statplan_run(const statplan_plan* prepared, size_t rows, const statplan_column* columns,
-                    const statplan_output* outputs, statplan_cancel cancel, void* context) {
-    const Plan& plan = prepared->plan;
+/// Answers row by row; `answered` counts them.
+void run(const statplan_plan& prepared, size_t rows, const statplan_column* columns,
+         const statplan_output* outputs, statplan_cancel cancel, void* context, size_t& answered) {
+    const Plan& plan = prepared.plan;
     const auto& given = plan.given();
     Callback callback(cancel, context);
     Values values = plan.blank();
@@ -208,21 +171,87 @@ size_t statplan_run(const statplan_plan* prepared, size_t rows, const statplan_c
     }
     const bool same_wrong = plan.check(values, same).has_value();
     const Values given_to_all = values;
-    for (size_t row = 0; row < rows; ++row) {
+    for (size_t& row = answered; row < rows; ++row) {
         const auto r = static_cast<ptrdiff_t>(row);
         values = given_to_all;  // nothing of the row before: the sizes that it found, say
         for (const size_t i : varying) read(i, r);
         Plan::Answer answer;
-        const bool answered = !same_wrong && !plan.check(values, checked) &&
-                              !plan.answer_checked(values, answer, callback.or_null());
-        if (cancel && callback.IsCancelRequested()) return row;
-        for (size_t i = 0; i < prepared->outputs.size(); ++i)
-            if (answered)
-                write(prepared->outputs[i], outputs[i], r, plan, values, answer, callback.or_null());
+        const bool has_answer = !same_wrong && !plan.check(values, checked) &&
+                                !plan.answer_checked(values, answer, callback.or_null());
+        if (cancel && callback.IsCancelRequested()) return;
+        for (size_t i = 0; i < prepared.outputs.size(); ++i)
+            if (has_answer)
+                write(prepared.outputs[i], outputs[i], r, plan, values, answer, callback.or_null());
             else
                 write_none(outputs[i], r);
     }
-    return rows;
+}
+
+}  // namespace
+
+extern "C" {
+
+const char* statplan_version(void) {
+    return STATPLAN_VERSION;
+}
+
+const char* statplan_catalogue(void) {
+    return catalogue_json().c_str();
+}
+
+char* statplan_ask(const char* request, statplan_cancel cancel, void* context) {
+    return unless_memory_runs_out<char*>(nullptr, [&] {
+        Callback callback(cancel, context);
+        const auto question = question_from_json(request ? request : "");
+        if (!question) return copied(to_json(question.refusal()));
+        if (is_table(*question)) {
+            const auto table = ask_table(*question, callback.or_null());
+            return copied(table ? to_json(*table) : to_json(table.refusal()));
+        }
+        const auto record = ask(*question, callback.or_null());
+        return copied(record ? to_json(*record) : to_json(record.refusal()));
+    });
+}
+
+void statplan_free(char* text) {
+    std::free(text);
+}
+
+char* statplan_answers(const char* test, const char* unknown, const char* const* given, size_t count) {
+    return unless_memory_runs_out<char*>(nullptr, [&] {
+        const auto plan = prepared(test, unknown, given, count);
+        return copied(plan ? answers_json(*plan) : to_json(plan.refusal()));
+    });
+}
+
+statplan_plan* statplan_prepare(const char* test, const char* unknown, const char* const* given, size_t count,
+                                const char* const* outputs, size_t output_count, char** refusal) {
+    if (refusal) *refusal = nullptr;
+    return unless_memory_runs_out<statplan_plan*>(nullptr, [&]() -> statplan_plan* {
+        const auto refused = [&](const Refusal& why) {
+            if (refusal) *refusal = copied(to_json(why));
+            return nullptr;
+        };
+        auto plan = prepared(test, unknown, given, count);
+        if (!plan) return refused(plan.refusal());
+        std::vector<Output> answers;
+        for (size_t i = 0; i < output_count; ++i) {
+            const auto output = output_of(*plan, outputs[i]);
+            if (!output) return refused(output.refusal());
+            answers.push_back(*output);
+        }
+        return new statplan_plan{std::move(*plan), std::move(answers)};
+    });
+}
+
+size_t statplan_run(const statplan_plan* prepared, size_t rows, const statplan_column* columns,
+                    const statplan_output* outputs, statplan_cancel cancel, void* context) {
+    size_t answered = 0;
+    unless_memory_runs_out(false, [&] {
+        run(*prepared, rows, columns, outputs, cancel, context, answered);
+        return true;
+    });
+    return answered;
 }
 
 void statplan_release(statplan_plan* plan) {

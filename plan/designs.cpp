@@ -48,16 +48,21 @@ Check give(Values& values, const Argument& a, const std::string& cell) {
             return {};
         }
     }
+    const auto one_value = [&] {
+        return Refusal{.argument = std::string(a.name), .reason = "takes one value in a row"};
+    };
     std::string text = cell;
-    if (a.kind == Kind::list) std::ranges::replace(text, ' ', ',');
+    if (a.kind == Kind::list)
+        std::ranges::replace(text, ' ', ',');
+    else if (text.find(':') != text.npos)
+        return one_value();  // before a range is filled in
     const auto several = read_values(a, text);
     if (!several) return several.refusal();
+    if (a.kind != Kind::list && several->size() != 1) return one_value();
     if (a.kind == Kind::list)
         values.set(a, *several);
-    else if (several->size() == 1)
-        values.set(a, several->front());
     else
-        return Refusal{.argument = std::string(a.name), .reason = "takes one value in a row"};
+        values.set(a, several->front());
     return {};
 }
 

@@ -61,7 +61,8 @@ typedef struct statplan_plan statplan_plan;
    outputs   names of the answers that will be asked for, `output_count` of them: any argument, "power",
              "halfwidth", "level", any effect of the test, "total" of sizes that are found, and for sizes by
              the guaranteed rule the name of a size with "guaranteed-" before it
-   refusal   where not null and the result is null: the refusal as JSON, to be released by statplan_free
+   refusal   where not null and the result is null: the refusal as JSON, to be released by statplan_free; null
+             when memory runs out
    returns   the plan, to be released by statplan_release; null when refused */
 STATPLAN_API statplan_plan* statplan_prepare(const char* test, const char* unknown, const char* const* given,
                                              size_t count, const char* const* outputs, size_t output_count,
@@ -75,14 +76,14 @@ STATPLAN_API char* statplan_answers(const char* test, const char* unknown, const
 
 /* Answers a prepared question for `rows` designs: columns and outputs stand in the order of statplan_prepare.
    A row that is refused or has no answer gets NaN in every output (statplan_ask says why).
-   returns   the number of rows answered before cancel said stop: `rows` unless it did */
+   returns   the number of rows answered before cancel said stop or memory ran out: `rows` unless one did */
 STATPLAN_API size_t statplan_run(const statplan_plan* plan, size_t rows, const statplan_column* columns,
                                  const statplan_output* outputs, statplan_cancel cancel, void* context);
 
 STATPLAN_API void statplan_release(statplan_plan* plan);
 
 /* Prepares, runs and releases in one call, for one answer; 0 on success, 1 when refused (see statplan_prepare), 2
-   when cancelled. */
+   when cancelled or out of memory. */
 STATPLAN_API int statplan_columns(const char* test, const char* unknown, const char* const* given,
                                   const statplan_column* columns, size_t count, size_t rows,
                                   const char* output, double* values, statplan_cancel cancel, void* context,

@@ -38,7 +38,7 @@ const Entry z_one{{
                   .options = {confidence},
                   .value =
                       [](const Values& v, Cancel*) {
-                          return critical((1 - v[confidence]) / 2) * v[sd] / std::sqrt(v[n]);
+                          return width(critical((1 - v[confidence]) / 2) * v[sd] / std::sqrt(v[n]));
                       }},
     .effects = {{d, [](const Values& v) { return (v[mean] - v[null_mean]) / v[sd]; }}},
     .method = [](const Values&) -> std::string { return "normal distribution"; },

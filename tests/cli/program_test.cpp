@@ -119,6 +119,20 @@ TEST(Program, FailsWhereItsOutputIsLost) {
     }
 }
 
+TEST(Program, TakesNoFileForAStandardOneThatIsClosed) {
+    const Folder folder;
+    const std::string designs = folder.write("d.csv", "d,n\n0.5,20\n0.5,1\n"),
+                      run = " --test t-one --question power ";
+    // What is read twice is copied to a file, which would be opened as standard output.
+    EXPECT_EQ(shell("cat " + designs + " | $STATPOWER run -" + run + ">&-").status, 1);
+    EXPECT_EQ(shell("$STATPOWER run - <&-" + run).status, 1);
+    EXPECT_EQ(shell("$STATPOWER run --ndjson - <&-" + run).status, 1);
+    // The file of answers would be opened as standard error, and the message written into it.
+    EXPECT_EQ(
+        shell("$STATPOWER run " + designs + run + "-o " + folder.path("a.csv") + " <&- >&- 2>&-").status, 1);
+    EXPECT_EQ(folder.read("a.csv"), shell("$STATPOWER run " + designs + run + "2>/dev/null").text);
+}
+
 TEST(Program, EndsAtOnceWhenInterrupted) {
     for (const char* words : {"t-one size --d 0.000001:0.9:0.000001",
                               "t-one size --d 1e-6 --max-n 1e12 --power "

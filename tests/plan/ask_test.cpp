@@ -36,6 +36,14 @@ TEST(Ask, ARecordSaysWhatWasAskedAndAnswered) {
     EXPECT_THAT(record["report"].get<std::string>(), testing::HasSubstr("With 34 observations"));
 }
 
+TEST(Ask, AWidthBeyondTheRangeOfADoubleIsNoAnswer) {
+    for (const char* test : {"z-one", "t-one"}) {
+        const std::string request =
+            std::string(R"({"question": "precision", "sd": 1e308, "n": 2, "test": ")") + test + "\"}";
+        EXPECT_EQ(answered(request)["refusal"]["kind"], "no-answer") << test;
+    }
+}
+
 TEST(Ask, ChoicesAreWordsAndListsAreArrays) {
     const Json table = answered(R"({"test": "t-one", "question": "power", "d": [0.2, 0.5], "n": "10:20:10",
                                     "alternative": "one-sided"})");
