@@ -1,6 +1,7 @@
 // Asks the planner questions of the catalogue's words and of any bytes, and watches the answers.
 //
 //   fuzz_plans [--seconds S | --count N] [--seed N] [--findings FILE]    random requests, the slowest ten at the end
+//   fuzz_plans --inputs FOLDER [--count N] [--seed N]                    writes requests as inputs of fuzz_text
 //   fuzz_plans --replay FILE...                                          requests that were recorded, one a line
 //
 // Exit status 0 when nothing was found, 1 when something was; a crash names its request.
@@ -31,7 +32,7 @@ void report_crash(int signal) {
 fuzz::Reply watched(const fuzz::Request& request, const std::string& findings) {
     current = written(request);
     alarm(120);
-    const fuzz::Reply reply = answer(request);
+    fuzz::Reply reply = answer(request);
     for (const std::string& fault : reply.faults)
         std::cerr << "FOUND: " << fault << ": " << current << std::endl;
     if (!reply.faults.empty() && !findings.empty()) std::ofstream(findings, std::ios::app) << current << '\n';
@@ -52,13 +53,23 @@ int replay(const std::vector<std::string>& files) {
     return found > 0 || requests == 0;
 }
 
+/// Ordinary and hostile requests, from which a fuzzer that looks for new branches starts.
+int write_inputs(const std::string& folder, long count, fuzz::Choices& choices) {
+    for (long i = 0; i < count; ++i) {
+        const fuzz::Request request = draw_request(choices);
+        std::ofstream(folder + "/drawn-" + std::to_string(i), std::ios::binary)
+            << static_cast<char>(request.door) << request.text;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
     double seconds = 10;
     long most = -1;
     std::uint64_t seed = 1;
-    std::string findings;
+    std::string findings, inputs;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
         if (word == "--replay") return replay({argv + i + 1, argv + argc});
@@ -71,6 +82,8 @@ int main(int argc, char** argv) try {
             seed = std::stoull(argv[i]);
         else if (word == "--findings")
             findings = argv[i];
+        else if (word == "--inputs")
+            inputs = argv[i];
         else
             throw std::runtime_error("unknown option " + word);
     }
@@ -80,6 +93,7 @@ int main(int argc, char** argv) try {
     ::signal(SIGALRM, report_crash);
 
     fuzz::RandomChoices choices(seed);
+    if (!inputs.empty()) return write_inputs(inputs, most, choices);
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::duration<double>(seconds);
     std::vector<std::pair<double, std::string>> slowest;
@@ -100,7 +114,7 @@ int main(int argc, char** argv) try {
     std::cout << requests << " requests of the planner, " << answered << " answered, " << found
               << " with faults; the slowest:\n";
     for (const auto& [milliseconds, text] : slowest)
-        std::cout << "  " << milliseconds << " ms  " << text.substr(0, 200) << '\n';
+        std::cout << "  " << milliseconds << " ms  " << text.substr(0, 400) << '\n';
     return found > 0 || answered == 0;
 } catch (const std::exception& error) {
     std::cerr << "fuzz_plans: " << error.what() << '\n';

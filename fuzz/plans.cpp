@@ -408,6 +408,7 @@ Reply answer_columns(const Request& request, WatchedCancel& cancel) {
     const std::array<std::string, 7> asked = {unknown, "power", "halfwidth",   "level",
                                               "total", "n",     "guaranteed-n"};
     for (const std::string& output : asked) {
+        if (cancel.IsCancelRequested()) break;
         const char* const outputs[] = {output.c_str()};
         char* refusal = nullptr;
         statplan_plan* plan =
