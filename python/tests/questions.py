@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Any
 
 import statpower as sp
-from statpower import _docs
+from statpower import _docs, _kernels
 from statpower._catalogue import Test, tests
 
 EXAMPLES = [(test, example) for test in tests.values() for example in test.examples]
@@ -65,6 +65,15 @@ def questions() -> list[tuple[Test, str, dict[str, Any]]]:
 
 
 QUESTIONS = questions()
+
+
+def our_answer(test: Test, unknown: str, given: dict[str, Any]) -> float:
+    """The first number that a question finds, by the method that people call."""
+    design = sp.tests[test.name](**given)
+    found = getattr(design, unknown)() if unknown in ("power", "halfwidth", "size") else design.solve(unknown)
+    if isinstance(found, (dict, sp.Record)):
+        return float(getattr(found, _kernels.answers(test.name, unknown, tuple(given))[1][0]))
+    return float(found)
 
 
 def name_of(question: tuple[Test, str, dict[str, Any]]) -> str:

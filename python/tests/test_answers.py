@@ -2,15 +2,14 @@
 
 from __future__ import annotations
 
-import ctypes
 import json
 import math
-import os
 from typing import Any
 
+import c_library
 import numpy as np
 import pytest
-from questions import EXAMPLES, QUESTIONS, answer_of, name_of
+from questions import EXAMPLES, QUESTIONS, answer_of, name_of, our_answer
 
 import statpower as sp
 from statpower import _catalogue, _core, _kernels
@@ -58,29 +57,12 @@ def test_arrays_plain_numbers_and_records_have_equal_answers(question: tuple[_ca
         assert plain is None  # lists are the ufunc's
 
 
-class _Column(ctypes.Structure):
-    _fields_ = [("values", ctypes.c_void_p), ("stride", ctypes.c_ssize_t), ("length", ctypes.c_size_t),
-                ("inner", ctypes.c_ssize_t)]
-
-
-@pytest.mark.skipif("STATPLAN_LIBRARY" not in os.environ, reason="needs the planner as a shared library")
+@pytest.mark.skipif(not c_library.IS_THERE, reason="needs the planner as a shared library")
 @pytest.mark.parametrize("question", QUESTIONS, ids=name_of)
 def test_answers_equal_those_of_the_c_library(question: tuple[_catalogue.Test, str, dict[str, Any]]) -> None:
     test, unknown, given = question
-    library = ctypes.CDLL(os.environ["STATPLAN_LIBRARY"])
-    name = _kernels.answers(test.name, unknown, tuple(given))[1][0]
-    values = [np.atleast_1d(np.asarray(_column(test.arguments[n], value), dtype=float)) for n, value in given.items()]
-    columns = (_Column * len(values))(*[_Column(v.ctypes.data, 0, v.size, v.strides[0]) for v in values])
-    words = (ctypes.c_char_p * len(values))(*[test.arguments[n].word.encode() for n in given])
-    found, refusal = ctypes.c_double(), ctypes.c_char_p()
-    status = library.statplan_columns(
-        test.word.encode(), unknown.replace("_", "-").encode(), words, columns, ctypes.c_size_t(len(values)),
-        ctypes.c_size_t(1), name.replace("_", "-").encode(), ctypes.byref(found), None, None, ctypes.byref(refusal))
-    assert status == 0, refusal.value
-    method = {"power": "power", "halfwidth": "halfwidth", "size": "size"}.get(unknown)
-    design = sp.tests[test.name](**given)
-    ours = getattr(design, method)() if method else getattr(design.solve(unknown), name)
-    assert (ours[name] if isinstance(ours, dict) else ours) == found.value
+    expected = c_library.answer(test, unknown, given)
+    assert our_answer(test, unknown, given) == expected
 
 
 def test_the_planners_json_is_what_a_record_says() -> None:
