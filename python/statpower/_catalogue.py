@@ -85,6 +85,7 @@ class Test:
     exact: bool
     effects: Arguments  # standardised effects that it has names for
     sizes: Arguments  # every way to give sample sizes
+    found: Arguments  # the sizes that a search finds
     questions: dict[str, Arguments] = field(default_factory=dict)  # what each question may be given
 
     @property
@@ -112,7 +113,8 @@ def _test(described: dict[str, Any], search: list[Any]) -> Test:
     return Test(word=described["name"], title=described["title"], family=described["family"], study=described["study"],
                 notes=tuple(described["notes"]), sources=tuple(described["sources"]),
                 examples=tuple(described["examples"]), size_note=sizes["note"], exact=described["exact"],
-                effects=_named(described["effects"]), sizes=_named(sizes["ways"], sizes["found"]), questions=questions)
+                effects=_named(described["effects"]), sizes=_named(sizes["ways"], sizes["found"]),
+                found=_named(sizes["found"]), questions=questions)
 
 
 def _read() -> dict[str, Test]:

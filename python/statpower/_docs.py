@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import inspect
+import re
 import shlex
 import textwrap
 from collections.abc import Callable
@@ -50,8 +51,11 @@ def _type_of(argument: Argument) -> str:
             "whole": "int or array"}.get(argument.kind, "float or array")
 
 
-def _sentence(text: str) -> str:
-    return in_python(text[:1].upper() + text[1:]).rstrip(".") + "."
+def _sentence(text: str, names: Arguments | None = None) -> str:
+    """A sentence of the planner; an argument's name at its head stays as it is spelled."""
+    head = re.split(r"[^a-z0-9-]", text)[0]
+    starts = text if spelled(head) in (names or ()) else text[:1].upper() + text[1:]
+    return in_python(starts).rstrip(".") + "."
 
 
 def parameter(argument: Argument) -> str:
@@ -116,7 +120,7 @@ def method_doc(test: Test, name: str, arguments: Arguments) -> str:
         parameters.insert(0, _PLOT.format(size=size))
     if name in ("power", "size", "halfwidth", "solve"):
         parameters.append(_CONTROLS)
-    found = ", ".join(name for name, argument in test.sizes.items())
+    found = ", ".join("total" if argument.kind == "list" else name for name, argument in test.found.items())
     effects = "; ".join(f"`{effect.name}`: {effect.meaning}" for effect in test.effects.values())
     return "\n".join(part for part in [
         about, "",
@@ -127,7 +131,7 @@ def method_doc(test: Test, name: str, arguments: Arguments) -> str:
 
 
 def class_doc(test: Test) -> str:
-    notes = "\n\n".join(textwrap.fill(_sentence(note), _WIDTH) for note in (*test.notes, test.size_note) if note)
+    notes = "\n\n".join(textwrap.fill(_sentence(note, test.arguments), _WIDTH) for note in (*test.notes, test.size_note) if note)
     references = "\n".join(f".. [{i}] {source}" for i, source in enumerate(test.sources, 1))
     return "\n".join([
         f"{test.title}: a design of this test.", "", textwrap.fill(test.study, _WIDTH), "",

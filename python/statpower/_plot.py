@@ -17,7 +17,7 @@ if TYPE_CHECKING:
 # Okabe and Ito's colours, which people with any colour vision tell apart; lines differ in their dashes, too.
 _COLOURS = ("#0072B2", "#D55E00", "#009E73", "#CC79A7", "#56B4E9", "#E69F00", "#000000")
 _DASHES = ("-", "--", "-.", ":", (0, (5, 1, 1, 1, 1, 1)))
-_POINTS = 200
+_POINTS = 1000  # every size up to that, or the jumps of exact powers are lost
 
 
 def _label(argument: Argument) -> str:
@@ -40,7 +40,8 @@ def _range(design: Design, test: Test, over: str, lines: list[dict[str, Any]], m
         except Refused:
             continue
     largest = max(4.0, 1.3 * largest) if largest else 200.0
-    return np.unique(np.linspace(2, np.ceil(largest), _POINTS).round())
+    largest = np.ceil(largest)
+    return np.unique(np.linspace(2, largest, min(_POINTS, int(largest) - 1)).round())
 
 
 def plot(design: Design, over: Any, by: Mapping[str, Any] | None, ax: Any, given: dict[str, Any]) -> Any:
@@ -80,8 +81,7 @@ def plot(design: Design, over: Any, by: Mapping[str, Any] | None, ax: Any, given
     ax.set_ylabel("Power" if measure == "power" else "Half-width of the interval")
     ax.set_title(test.title)
     ax.set_xlim(values.min(), values.max())
-    if measure == "power":
-        ax.set_ylim(0, 1.02)
+    ax.set_ylim(0, 1.02 if measure == "power" else None)
     ax.grid(alpha=0.25)
     if several:
         ax.legend(frameon=False)

@@ -134,7 +134,8 @@ class Record:
     def _lines(self) -> list[tuple[str, str]]:
         lines = [(name, _shown(value)) for name, value in self.answer.items()]
         for name in ("guaranteed", "enrolled", "other", "effects", "asked"):
-            if getattr(self, name):
+            said = name == "guaranteed" and self.guaranteed.items() <= self.answer.items()
+            if getattr(self, name) and not said:
                 lines.append((name, _listed(getattr(self, name))))
         if self.method:
             lines.append(("method", self.method))
@@ -148,4 +149,5 @@ class Record:
     def _repr_html_(self) -> str:
         rows = "".join(f"<tr><th style='text-align:left'>{html.escape(name)}</th>"
                        f"<td style='text-align:left'>{html.escape(text)}</td></tr>" for name, text in self._lines())
-        return f"<table><caption>{html.escape(f'{self.title}: {self.unknown}')}</caption>{rows}</table>"
+        title = html.escape(f"{self.title}: {self.unknown}")
+        return f"<table><caption style='text-align:left'>{title}</caption>{rows}</table>"

@@ -97,6 +97,13 @@ def test_a_record_prints_converts_and_reports() -> None:
         record.m
 
 
+def test_a_record_prints_the_guaranteed_size_where_it_is_another() -> None:
+    assert "guaranteed" not in repr(sp.t_one(d=0.5).solve())
+    exact = sp.prop_one(p1=0.95, p0=0.9, method="exact", alternative="one-sided", alpha=0.025).solve(power=0.9)
+    assert exact.guaranteed.n > exact.n
+    assert f"guaranteed  n = {exact.guaranteed.n}" in repr(exact)
+
+
 def test_arrays_solve_for_a_dict_of_arrays() -> None:
     found = sp.t_one(d=[0.3, 0.5]).solve(power=0.9)
     assert found.n.tolist() == [sp.t_one(d=0.3).size(power=0.9), 44]
@@ -121,6 +128,12 @@ def test_every_test_has_help_with_all_of_its_arguments() -> None:
             assert argument.name in inspect.signature(made).parameters
         for name in test.questions["power"]:
             assert name in inspect.signature(made.power).parameters
+
+
+def test_sentences_of_the_help_keep_the_spelling_of_arguments() -> None:
+    assert "\nn is the number in each group." in (sp.t_two.__doc__ or "")
+    assert "by `rule`: n1, n2." in (sp.t_two.size.__doc__ or "")
+    assert "by `rule`: total." in (sp.anova.size.__doc__ or "")
 
 
 def test_designs_records_and_ufuncs_can_be_pickled() -> None:

@@ -22,6 +22,12 @@ def test_a_line_for_each_combination_with_targets_and_labels() -> None:
     assert n.max() > sp.t_two(sd=12, diff=3).size(power=0.9).n1  # the range shows where every target is reached
 
 
+def test_every_size_of_an_exact_test_is_drawn() -> None:
+    n, power = sp.prop_one(p1=0.6, p0=0.5, method="exact").plot(power=0.8).get_lines()[0].get_data()
+    assert np.array_equal(n, np.arange(2, n[-1] + 1)) and n[-1] > 200
+    assert np.any(np.diff(power) < 0)
+
+
 def test_any_argument_along_the_axis_and_half_widths() -> None:
     axes = sp.t_one(n=30).plot(over={"d": np.linspace(0, 1, 11)})
     assert axes.get_lines()[0].get_ydata()[0] == pytest.approx(0.05)
