@@ -73,21 +73,24 @@ int first_failure(int n, int guess, Holds holds) {
     return low;
 }
 
-/// How many x2, from 0, reject beside each x1 of a stretch in favour of p1 > p2.
+/// How many x2, from 0, reject beside each x1 of a stretch in favour of p1 > p2. Zeros from where it was cancelled.
 class Boundary {
   public:
-    Boundary(const TwoProportions& test, double n1, double n2, int first, int last) : first_(first) {
+    Boundary(const TwoProportions& test, double n1, double n2, int first, int last, Cancel* cancel)
+        : first_(first), cancel_(cancel) {
+        rejected_.reserve(static_cast<std::size_t>(last - first + 1));
         if (test.statistic == TwoProportions::fisher)
             walk(test, n1, n2, last);
         else
             search({test, n1, n2}, static_cast<int>(n2), last);
+        rejected_.resize(static_cast<std::size_t>(last - first + 1));
     }
     int operator[](int x1) const { return rejected_[static_cast<std::size_t>(x1 - first_)]; }
 
   private:
     void search(const Decision& rejects, int n2, int last) {
         int guess = 0;
-        for (int x1 = first_; x1 <= last; ++x1)
+        for (int x1 = first_; x1 <= last && !is_cancelled(x1); ++x1)
             rejected_.push_back(guess = first_failure(n2, guess, [&](int x2) { return rejects(x1, x2); }));
     }
 
@@ -98,7 +101,7 @@ class Boundary {
         const double N = n1 + n2;
         const double level = (test.tails == Tails::both ? test.alpha / 2 : test.alpha) * (1 + kRounding);
         double x2 = 0, term = 1, tail = 1;
-        for (int x1 = 0; x1 <= last; ++x1) {
+        for (int x1 = 0; x1 <= last && !is_cancelled(x1); ++x1) {
             while (x2 < n2 && tail <= level) {
                 const double left = N - x1 - x2;
                 tail += term * x1 * (n2 - x2) / ((x2 + 1) * left);
@@ -115,19 +118,22 @@ class Boundary {
         }
     }
 
+    bool is_cancelled(int x1) const { return x1 % 65536 == 0 && cancel_ && cancel_->IsCancelRequested(); }
+
     int first_;
+    Cancel* cancel_;
     std::vector<int> rejected_;
 };
 
 /// The tables that reject, for the x1 of a stretch.
 class Rejection {
   public:
-    Rejection(const TwoProportions& test, double n1, double n2, int first, int last)
+    Rejection(const TwoProportions& test, double n1, double n2, int first, int last, Cancel* cancel = nullptr)
         : tails_(test.tails),
           n1_(static_cast<int>(n1)),
           n2_(static_cast<int>(n2)),
-          few_(test, n1, n2, first, tails_ == Tails::small ? first - 1 : last),
-          many_(test, n1, n2, n1_ - last, tails_ == Tails::large ? n1_ - last - 1 : n1_ - first) {}
+          few_(test, n1, n2, first, tails_ == Tails::small ? first - 1 : last, cancel),
+          many_(test, n1, n2, n1_ - last, tails_ == Tails::large ? n1_ - last - 1 : n1_ - first, cancel) {}
 
     /// The probability of those beside x1.
     double beside(int x1, const BinomialTails& second) const {
@@ -153,7 +159,7 @@ double TwoProportions::power(double n1, double n2, double p1, double p2) const {
 
 double TwoProportions::level(double n1, double n2, Cancel* cancel) const {
     if (!(n1 + n2 <= kMost)) return kNotGiven;
-    const Rejection rejection(*this, n1, n2, 0, static_cast<int>(n1));
+    const Rejection rejection(*this, n1, n2, 0, static_cast<int>(n1), cancel);
     return largest_over_probabilities(n1 + n2, cancel, [&](double p) {
         const BinomialTails second{BinomialCounts(n2, p)};
         return BinomialCounts(n1, p).mean([&](int x1) { return rejection.beside(x1, second); });

@@ -27,6 +27,7 @@ double largest_over_probabilities(double n, Cancel* cancel,
     double largest = at_points;
     for (std::size_t i = 1; i < steps; ++i) {
         if (values[i] < at_points - kRise || values[i] < values[i - 1] || values[i] < values[i + 1]) continue;
+        if (cancel && cancel->IsCancelRequested()) return kNotGiven;
         const double angle = static_cast<double>(i) * step;
         const auto [place, negative] = boost::math::tools::brent_find_minima(
             [&](double x) { return -at_angle(x); }, angle - step, angle + step, 26);
