@@ -10,6 +10,7 @@
 #include <cfenv>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +29,18 @@ struct Release {
 using Object = std::unique_ptr<PyObject, Release>;
 using Text = std::unique_ptr<char, Release>;
 
+/// Milliseconds of a clock that is read at every design: to some milliseconds where that is cheaper.
+long long milliseconds() {
+#ifdef CLOCK_MONOTONIC_COARSE
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return now.tv_sec * 1000LL + now.tv_nsec / 1000000;
+#else
+    using namespace std::chrono;
+    return duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch()).count();
+#endif
+}
+
 /// Lets Python handle its signals while the planner works without the interpreter's lock.
 class Watch {
   public:
@@ -35,12 +48,10 @@ class Watch {
     bool raised() const { return raised_; }
 
   private:
-    using Clock = std::chrono::steady_clock;
-
     int look() {
-        if (raised_ || ++asked_ % 8) return raised_;  // the clock is slower than a design
-        const auto now = Clock::now();
-        if (now - last_ < std::chrono::milliseconds(20)) return 0;
+        if (raised_) return 1;
+        const long long now = milliseconds();
+        if (now - last_ < 20) return 0;
         last_ = now;
         const PyGILState_STATE state = PyGILState_Ensure();
         raised_ = PyErr_CheckSignals() != 0;
@@ -48,8 +59,7 @@ class Watch {
         return raised_;
     }
 
-    unsigned asked_ = 0;
-    Clock::time_point last_ = Clock::now();
+    long long last_ = milliseconds();
     bool raised_ = false;
 };
 
@@ -85,7 +95,11 @@ Kernel* kernel_in(PyObject* capsule) {
     return static_cast<Kernel*>(PyCapsule_GetPointer(capsule, kCapsule));
 }
 
-/// Raises an exception where Python is next able to: NumPy does not ask a loop of numbers for one.
+/// An exception that waits in a thread: NumPy calls the loop again, for the next rows, and these need no answer.
+thread_local bool is_waiting = false;
+
+/// Raises an exception where Python is next able to: NumPy does not ask a loop of numbers for one. Signals, and what
+/// is pending, are the main thread's.
 void raise_later() {
     struct Raised {
         PyObject *type, *value, *traceback;
@@ -94,9 +108,11 @@ void raise_later() {
     PyErr_Fetch(&raised->type, &raised->value, &raised->traceback);
     const auto raise = [](void* pending) {
         const std::unique_ptr<Raised> owned(static_cast<Raised*>(pending));
+        is_waiting = false;
         PyErr_Restore(owned->type, owned->value, owned->traceback);
         return -1;
     };
+    is_waiting = true;
     if (Py_AddPendingCall(raise, raised) != 0) {  // too many are waiting: a signal's second is dropped
         raise(raised);
         PyErr_Clear();
@@ -105,6 +121,7 @@ void raise_later() {
 
 /// The loop of every ufunc: rows as NumPy lays them out, in `steps` bytes, lists along one core dimension.
 void loop_over_rows(char** arrays, const npy_intp* dimensions, const npy_intp* steps, void* data) {
+    if (is_waiting) return;
     const Kernel& kernel = *static_cast<const Kernel*>(data);
     statplan_column columns[kMost];
     statplan_output outputs[kMost];

@@ -100,7 +100,11 @@ def test_other_threads_run_while_a_design_is_computed(rows: int) -> None:
 @pytest.mark.parametrize("call", [
     lambda: sp.t_one(d=0.5).power(n=np.broadcast_to(50.0, 20_000_000)),
     lambda: sp.t_one.ufunc("size", "d")(np.broadcast_to(0.1, 20_000_000)),
-], ids=["power", "ufunc"])
+    # NumPy hands over whole numbers some thousands at a time; all of these would take hours.
+    lambda: sp.prop_two(p1=0.5, p2=0.51, method="exact").power(n=np.full(10_000_000, 3000)),
+    # One design: a long exact search.
+    lambda: sp.prop_two(p1=0.5, p2=0.502, method="exact", statistic="fisher").solve(rule="guaranteed"),
+], ids=["power", "ufunc", "hours of whole numbers", "one design"])
 def test_the_keyboard_stops_a_long_search_and_leaves_nothing_behind(call: object) -> None:
     def interrupt(*_: object) -> None:
         raise KeyboardInterrupt
