@@ -12,11 +12,12 @@ import pytest
 from questions import QUESTIONS, name_of, our_answer
 
 import statpower as sp
-from statpower._catalogue import Test, tests
+from statpower import _catalogue
+from statpower._catalogue import tests
 
 peers = pytest.importorskip("peers", reason="needs statsmodels and scipy")
 
-Question = tuple[Test, str, dict[str, Any]]
+Question = tuple[_catalogue.Test, str, dict[str, Any]]
 
 
 def with_every_choice(question: Question) -> Iterator[Question]:
