@@ -230,11 +230,15 @@ namespace {
 
 Refusal unknown_word(const Test& test, std::string_view name) {
     Names words{"power", "halfwidth", "size", "effect"};
+    std::erase(words, name);  // a question, but no argument
     for (const Measure* measure : {&test.power, &test.precision})
         for (const Argument* a : arguments_of(test, *measure)) words.push_back(a->name);
     const std::string_view near = nearest(name, words);
-    return refusal(escaped(name), std::string(test.name) + " has no such argument" +
-                                      (near.empty() ? "" : "; did you mean " + std::string(near) + "?"));
+    std::vector<std::string> known;
+    for (const Argument* a : arguments(test)) known.emplace_back(a->name);
+    return refusal(escaped(name), std::string(test.name) + " has no such argument; " +
+                                      (near.empty() ? "it has " + joined(known)
+                                                    : "did you mean " + std::string(near) + "?"));
 }
 
 }  // namespace

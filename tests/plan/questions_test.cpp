@@ -58,6 +58,11 @@ TEST(Questions, WaysThatExcludeEachOtherAreRefused) {
 TEST(Questions, AnUnknownWordGetsTheNearestOne) {
     EXPECT_EQ(refusal_of("t-one power --alhpa 0.1 --d 1 --n 9"),
               "alhpa: t-one has no such argument; did you mean alpha?");
+    EXPECT_EQ(
+        refusal_of("z-one power --effect-size 0.5 --n 9"),
+        "effect-size: z-one has no such argument; it has mean, sd, null, d, n, alternative, alpha, power, "
+        "halfwidth, rule, dropout, max-n and confidence");
+    EXPECT_THAT(refusal_of("t-one power --size 9"), HasSubstr("; it has mean,"));
     EXPECT_EQ(refusal_of("t-on power --d 1"), "test: there is no test 't-on'; did you mean t-one?");
     EXPECT_THAT(refusal_of("t-one pwoer --d 1"), HasSubstr("did you mean power?"));
     EXPECT_THAT(refusal_of("t-one power --d 1 --n 9 --alternative onesided"),
