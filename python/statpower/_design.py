@@ -109,8 +109,7 @@ class Design:
         test = self._test
         for name, value in given.items():
             if name not in test.arguments:
-                _kernels.answers(test.name, "", (name,))  # raises, with the nearest name
-                raise Refused(f"{test.name} has no such argument", name)
+                _kernels.answers(test.name, "", (name,))  # raises: what nearly has that name, or which there are
             if value is not None:
                 _column(test.arguments[name], value)  # raises what cannot be meant
         self._given = {name: value for name, value in given.items() if value is not None}
@@ -240,7 +239,7 @@ class Design:
                 if column.ndim != (2 if argument.kind == "list" else 1):
                     raise Refused("has more than one dimension; a table makes every combination", name)
                 over[name] = len(column)
-        rows = np.indices(list(over.values())).reshape(len(over), -1)
+        rows = np.indices(list(over.values())).reshape(len(over), math.prod(over.values()))
         grid = {name: np.asarray(values[name])[row] for name, row in zip(over, rows)}
         names, columns = self._columns(unknown, {**values, **grid, "errors": "nan"}, found)
         table = {**{name: list(map(tuple, column)) if column.ndim > 1 else column for name, column in grid.items()},
@@ -287,7 +286,10 @@ def _size(self: Design, **given: Any) -> Any:
 
 
 def _effects(self: Design, **given: Any) -> Any:
-    return Named(zip(*self._columns("effect", {**self._given, **given}, None)))
+    values = {**self._given, **given}
+    asked = tuple(name for name, value in values.items() if value is not None)
+    found = zip(*self._columns("effect", values, _kernels.answers(self._test.name, "effect", asked)[1]))
+    return Named({name: effect for name, effect in found if not (isinstance(effect, float) and math.isnan(effect))})
 
 
 def _own(function: Any) -> Any:

@@ -21,7 +21,7 @@ _METHODS = {
              "float or array, or a dict of them\n    The least sizes that reach the target by `rule`: {sizes}."),
     "halfwidth": ("Half-width of the confidence interval of a design.",
                   "float or array\n    Half the length of the interval, in the units of the estimate."),
-    "effects": ("Standardised effects of a design.", "dict\n    {effects}."),
+    "effects": ("Standardised effects of a design.", "dict\n    Those that the design has. {effects}."),
     "solve": ("Finds what is left out: sizes, the power, or any other number.",
               "Record\n    The answer with all that was asked; of arrays, a dict of arrays by the answers' names."),
     "table": ("Every combination of several values.",
@@ -168,7 +168,7 @@ def describe(made: Any, test: Test) -> None:
     """Gives a test's class and its methods their signatures and docstrings."""
     made.__doc__ = class_doc(test)
     made.__init__.__signature__ = signature(test.arguments, "__init__")
-    made.__init__.__doc__ = None
+    made.__init__.__doc__, made.__init__.__qualname__ = None, f"{made.__name__}.__init__"
     for name, arguments in methods(test).items():
         function: Callable[..., Any] = made.__dict__[name]
         function.__name__, function.__qualname__ = name, f"{made.__name__}.{name}"

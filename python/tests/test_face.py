@@ -68,6 +68,16 @@ def test_what_cannot_be_meant_is_refused_by_the_arguments_name(given: dict[str, 
     assert isinstance(refused.value, ValueError)
 
 
+def test_an_argument_that_there_is_not_gets_the_nearest_name_or_all_of_them() -> None:
+    with pytest.raises(sp.Refused, match="t_one has no such argument; did you mean alpha?"):
+        sp.t_one(alhpa=0.1)
+    for name in ("effect_size", "size"):
+        with pytest.raises(sp.Refused, match="no such argument; it has mean, sd, null, d, n, "):
+            sp.t_one(**{name: 0.5})
+    with pytest.raises(TypeError, match=r"t_one\.__init__\(\)"):
+        sp.t_one(0.5)  # type: ignore[call-arg]
+
+
 def test_no_answer_says_why() -> None:
     with pytest.raises(sp.NoAnswer, match="no effect"):
         sp.t_one(d=0).solve()
@@ -115,6 +125,21 @@ def test_a_table_has_every_combination() -> None:
     assert len(table["n"]) == 6
     assert table["power"][3] == sp.t_one(d=0.5).power(n=30, alternative="greater")
     assert list(table["alternative"][:2]) == ["two-sided", "greater"]
+
+
+def test_a_table_of_one_design_has_one_row() -> None:
+    table = sp.t_one(d=0.5).table(n=20)
+    assert list(table) == ["power"]
+    assert table["power"].tolist() == [sp.t_one(d=0.5).power(n=20)]
+
+
+def test_effects_are_those_that_a_record_has() -> None:
+    for _, example in EXAMPLES:
+        record = answer_of(example)
+        if record.question == "power":
+            allowed = tests[record.test].questions["effect"]
+            given = {name: value for name, value in record.asked.items() if name in allowed}
+            assert sp.tests[record.test](**given).effects() == record.effects
 
 
 def test_every_test_has_help_with_all_of_its_arguments() -> None:
