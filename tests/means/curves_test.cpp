@@ -613,6 +613,9 @@ TEST(MeansCurves, ATotalOfOneOrLessHasNoRatios) {
     }
     // Ratios below 1 / (Ntotal - 1), a negative bound, and not above a negative end.
     EXPECT_EMPTY(PlotRatioIndependent(0, -3, 1, 1, 0, 2, -0.2, -5, 0.05, 0.1));
+    // Ratios between 1 / (Ntotal - 1) and Ntotal - 1, which below 1 are negative bounds in order.
+    EXPECT_EMPTY(PlotRatioIndependent(0, 0.5, 1, 1, 0, 2, -1.5, -1, 0.05, 0.1));
+    EXPECT_EMPTY(PlotRatioIndependentFES(0, 0.5, 0.5, -1.5, -1, 0.05, 0.1));
     EXPECT_EMPTY(PlotRatioaMeanDiffIndependent(0, 0.5, 1, 1, 0, 2, 0.5, 2, -1, 1, 0.05, 0.1));
     EXPECT_EMPTY(PlotRatioaESIndependent(0, 1, 0.5, 2, 0, 1, 0.05, 0.1));
 }

@@ -2,10 +2,13 @@
 #include "proportions/one/curves.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <limits>
+#include <new>
 
 #include "proportions/grids.h"
 #include "statpower/one_sample_binomial.h"
@@ -277,5 +280,30 @@ TEST(OneSampleCurves, ProportionsAtTheEndsAreAccepted) {
         EXPECT_FALSE(Surface(c.sizes_nulls()).empty());
     }
 }
+
+#ifndef __SANITIZE_ADDRESS__  // whose shadow of all memory is beyond the limit
+#ifndef __SANITIZE_THREAD__
+TEST(OneSampleSurfaces, AGridBeyondMemoryIsRefusedBeforeAnyOfItIsTouched) {
+    const auto within_a_gigabyte = [](int nMax, double N, double p1) {
+        const rlimit limit{1u << 30, 1u << 30};
+        if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
+        rusage before, after;
+        getrusage(RUSAGE_SELF, &before);
+        int status = 0;
+        try {
+            FreeMemXYZPlot(PlotNNullOneSampBinom(0, 0, 0, nMax, false, N, p1, 0.5, 0.05, 0.05));
+        } catch (const std::bad_alloc&) {
+            status = 10;
+        }
+        getrusage(RUSAGE_SELF, &after);
+        std::exit(after.ru_maxrss - before.ru_maxrss < 10'000 ? status : 2);  // kilobytes
+    };
+    // The default range of certain rejection: 1 to 2 000 000 000 by 19 null proportions.
+    EXPECT_EXIT(within_a_gigabyte(0, 1e9, 0.9), testing::ExitedWithCode(10), "");
+    // One that begins and ends where int does: a single size.
+    EXPECT_EXIT(within_a_gigabyte(-2147483647, 4294967296.0, 0.5), testing::ExitedWithCode(0), "");
+}
+#endif
+#endif
 
 }  // namespace

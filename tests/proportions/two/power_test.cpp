@@ -335,6 +335,11 @@ TEST(TwoProportionsSize, TheArcsineSearchStartsWhereTheApproximationIsUsableAndR
     // 0.5 / (1 - p1) is the larger bound: 4, where a low target is already reached.
     Question q{.p1 = 0.875, .p2 = 0.95, .method = 0, .test = 3, .target = 0.01};
     EXPECT_EQ(q.sizes(), (std::vector<double>{4, 4}));
+    // So is each of the other three where it is the larger one: 0.5 / (r p2), 0.5 / p1, 0.5 / (r (1 - p2)).
+    for (const auto& [p1, p2] : {std::pair(0.05, 0.125), std::pair(0.125, 0.05), std::pair(0.95, 0.875)}) {
+        const Question other{.p1 = p1, .p2 = p2, .method = 0, .test = 3, .target = 0.01};
+        EXPECT_EQ(other.sizes(), (std::vector<double>{4, 4})) << p1;
+    }
     // The first upper end is 404: a size of 403 needs no doubling, and is asked about as often as one of 300.
     const auto queries_for = [&](double n) {
         q.target = q.power(n, n);
@@ -380,6 +385,40 @@ TEST(TwoProportionsSize, TheRefinementAsksBeforeEveryRoundAndEveryStep) {
         EXPECT_EQ(kept, (std::vector<double>{2, 2})) << stop_at;
         EXPECT_LE(cancel.queries, stop_at + 4) << stop_at;
     }
+}
+
+TEST(TwoProportionsSize, TheRefinementAsksOnceARoundAndOnceAStepBesidesItsSearchesAndPowers) {
+    // Rounds by the chi-square approximation, which asks nothing, steps by Fisher's exact power.
+    const Question q{.p1 = 0.1, .p2 = 0.9, .method = 0, .test = 3, .target = 0.7};
+    Question round = q, step = q;
+    round.test = 0;
+    step.method = 1;
+    long expected = 0;
+    std::vector<double> candidates{20};
+    for (;;) {
+        CountingCancel count;
+        const double n =
+            std::ceil(PowerReverse(round.design(), IndSampBinomFunc, &count, 1, candidates.back(), 1e-9));
+        expected += 1 + count.queries;
+        if (std::find(candidates.begin(), candidates.end(), n) != candidates.end()) break;
+        candidates.push_back(n);
+    }
+    double n = *std::min_element(candidates.begin(), candidates.end());
+    int steps = 0;
+    for (;; ++n, ++steps) {
+        CountingCancel count;
+        const bool reached = step.power(n, n, &count) >= q.target;
+        expected += count.queries;
+        if (reached) break;
+        ++expected;
+    }
+    ASSERT_GT(candidates.size(), 1U);
+    ASSERT_GT(steps, 0);
+    CountingCancel count;
+    std::vector<double> sizes{20, 20};
+    PowerReverseU4Binom(sizes, q.design(), &count);
+    EXPECT_EQ(sizes, (std::vector<double>{n, n}));
+    EXPECT_EQ(count.queries, expected);
 }
 
 TEST(TwoProportionsSize, FishersTestReachesNoMoreThanItsLevelAtEqualProportions) {
