@@ -125,6 +125,7 @@ const std::string& catalogue_json() {
     static const std::string text = [] {
         Json json{{"version", version()}};
         json["search"] = described(std::vector<Argument>{common::rule, common::dropout, common::max_n}, {});
+        json["answers"] = described(std::vector<Argument>{common::level}, {});
         json["tests"] = Json::array();
         for (const Test* test : catalogue()) json["tests"].push_back(described(*test));
         return json.dump(1);

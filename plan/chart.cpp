@@ -53,7 +53,7 @@ Outcome<std::string> to_gnuplot(const Table& table, std::string_view terminal) {
         for (std::size_t i = 0; i < first; ++i)
             if (i != x)
                 title += (title.empty() ? "" : ", ") + std::string(table.over[i]->name) + " " +
-                         value_of(*table.over[i], columns[i].values[row]);
+                         value_of(*table.over[i], columns[i].values[row], 15);
         for (std::size_t i = first; i < last; ++i) y += columns[i].values[row];
         auto line = std::ranges::find(lines, title, &decltype(lines)::value_type::first);
         if (line == lines.end()) line = lines.insert(lines.end(), {title, ""});

@@ -44,6 +44,13 @@ const Argument max_n{.name = "max-n",
                      .kind = Kind::whole,
                      .otherwise = 1e7};
 
+const Argument level{.name = "level",
+                     .meaning =
+                         "Actual level of an exact test: the largest probability of rejecting a true "
+                         "null hypothesis",
+                     .unit = "probability",
+                     .range = {.low = 0, .high = 1, .low_open = false, .high_open = false}};
+
 }  // namespace common
 
 namespace {
@@ -112,6 +119,14 @@ Refusal refusal(std::string_view argument, std::string reason) {
 
 Refusal no_answer(std::string reason) {
     return {.kind = Refusal::no_answer, .argument = {}, .reason = std::move(reason)};
+}
+
+Refusal groups_unknown() {
+    return refusal(groups.name, "is needed, or the sizes or weights of the groups");
+}
+
+double together(std::span<const double> sizes_of_groups) {
+    return std::accumulate(sizes_of_groups.begin(), sizes_of_groups.end(), 0.0);
 }
 
 const Refusal kCancelled{.kind = Refusal::cancelled, .argument = {}, .reason = "stopped"};
@@ -527,11 +542,10 @@ Refusal Plan::Parts::unreachable(double reached, double largest, const Values& v
 
 Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) const {
     const std::vector<double> shares = test->sizes.share(values);
-    if (shares.size() < 1 || shares.size() > 100000)
-        return refusal(test->sizes.found.front().name, "the number of groups is not known or above 100000");
+    if (shares.empty()) return groups_unknown();
+    if (shares.size() > 100000) return refusal(test->sizes.found.front().name, "of more than 100000 groups");
     const Allocation allocation(shares, test->sizes.least(values));
-    const double together = std::accumulate(shares.begin(), shares.end(), 0.0);
-    const double largest = values[common::max_n] / together;
+    const double largest = values[common::max_n] / together(shares);
     bool cancelled = false;
     const auto missing_at = [&](const std::vector<double>& found) {
         if (stopped(cancel)) cancelled = true;
@@ -575,7 +589,7 @@ Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) co
         found = allocation.at(size * size);
         while (!cancelled && !(missing_at(found) >= 0)) {
             found = allocation.above(found);
-            if (std::accumulate(found.begin(), found.end(), 0.0) > values[common::max_n])
+            if (together(found) > values[common::max_n])
                 return unreachable(measured(values, cancel), values[common::max_n], values);
         }
         for (auto smaller = allocation.below(found); !cancelled && smaller && missing_at(*smaller) >= 0;
@@ -600,8 +614,10 @@ Check Plan::Parts::find_sizes(Values& values, Answer& answer, Cancel* cancel) co
         }
     }
     if (cancelled) return kCancelled;
-    const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
-    set_sizes(values, by_guaranteed ? answer.guaranteed : answer.smallest);
+    const auto& by_rule = values.is(common::rule, Rule::guaranteed) ? answer.guaranteed : answer.smallest;
+    if (const double least = together(by_rule); least > values[common::max_n])
+        return no_answer("the least size is " + number(least, 15) + " observations, more than max-n");
+    set_sizes(values, by_rule);
     answer.reached = measured(values, cancel);
     return {};
 }
@@ -656,6 +672,7 @@ Check Plan::Parts::find_argument(Values& values, Answer& answer, Cancel* cancel)
     if (found.size() > 1) answer.other = found[1];
     values.set(x, found.front());
     answer.reached = measured(values, cancel);
+    if (x.place == ratio.place) values.set(x, values[n2] / values[n1]);  // that of the whole sizes
     return {};
 }
 
@@ -668,41 +685,59 @@ Check Plan::Parts::find_whole(Values& values, Answer& answer, Cancel* cancel) co
         values.set(x, at);
         return shortfall(measured(values, cancel), values) >= 0;
     };
+    const auto sizes_at = [&](double at) {
+        values.set(x, at);
+        complete(values);
+        GroupSizes sizes_of_groups;
+        for (const Argument& a : test->sizes.found) {
+            const auto list = values.list(a);
+            sizes_of_groups.insert(sizes_of_groups.end(), list.begin(), list.end());
+            if (a.kind != Kind::list) sizes_of_groups.push_back(values[a]);
+        }
+        return sizes_of_groups;
+    };
     const double least = std::max(
         x.range.low, x.place == total.place ? 2 * test->sizes.least(values) : test->sizes.least(values));
-    complete(values);
+    if (!(together(sizes_at(least)) <= values[common::max_n]))
+        return refusal(common::max_n.name, "is less than the sizes that are given");
+    // The largest with which all groups together are no more than that.
+    const auto last_of = [&](double most) {
+        double last = least, beyond = most + 1;
+        while (beyond - last > 1) {
+            const double middle = std::floor((last + beyond) / 2);
+            (together(sizes_at(middle)) <= most ? last : beyond) = middle;
+        }
+        return last;
+    };
+    const auto unreachable_at = [&](double last) {
+        values.set(x, last);
+        answer.reached = measured(values, cancel);
+        return unreachable(answer.reached, together(sizes_at(last)), values);
+    };
     if (const auto powers = exact_powers(values)) {
-        const auto sizes_at = [&](double at) {
-            values.set(x, at);
-            complete(values);
-            GroupSizes sizes_of_groups;
-            for (const Argument& a : test->sizes.found) sizes_of_groups.push_back(values[a]);
-            return sizes_of_groups;
-        };
         const auto value_at = [&](const GroupSizes& found) {
-            if (x.place == total.place) return std::accumulate(found.begin(), found.end(), 0.0);
+            if (x.place == total.place) return together(found);
             return x.place == test->sizes.found.back().place ? found.back() : found.front();
         };
         const Chain chain{.at = [&](double size) { return sizes_at(std::max(least, std::ceil(size))); },
                           .above = [&](const GroupSizes& before) { return sizes_at(value_at(before) + 1); }};
-        const double most = std::min(values[common::max_n], powers->observations / 2);
-        const FoundSizes found = find_smallest(*powers, chain, values[target()], most, cancel);
+        const double last = last_of(std::min(values[common::max_n], powers->observations));
+        const FoundSizes found = find_smallest(*powers, chain, values[target()], last, cancel);
         if (found.cancelled) return kCancelled;
-        values.set(x, found.smallest.empty() ? most : value_at(found.smallest));
+        if (found.smallest.empty()) return unreachable_at(last);
+        values.set(x, value_at(found.smallest));
         answer.reached = measured(values, cancel);
-        if (found.smallest.empty()) return unreachable(answer.reached, most, values);
         return {};
     }
-    double high = least;
-    const bool every = jumps(values);
-    while (high <= values[common::max_n] && !reaches(high) && !cancelled) high = every ? high + 1 : 2 * high;
-    if (cancelled) return kCancelled;
-    if (high > values[common::max_n]) {
-        values.set(x, values[common::max_n]);
-        return unreachable(measured(values, cancel), values[common::max_n], values);
+    // In doubling steps; where the power jumps every size, up to where one more moves it no further.
+    const double last = last_of(values[common::max_n]), each = jumps(values) ? 1e5 : 0;
+    double low = least - 1, high = least;
+    while (!reaches(high) && !cancelled) {
+        if (high >= last) return unreachable_at(last);
+        low = high;
+        high = std::min(high < each ? high + 1 : 2 * high, last);
     }
-    double low = every ? high - 1 : std::floor(high / 2);
-    while (high - low > 1 && !cancelled && high > least) {
+    while (high - low > 1 && !cancelled) {
         const double middle = std::floor((low + high) / 2);
         (reaches(middle) ? high : low) = middle;
     }
@@ -728,6 +763,7 @@ Check Plan::answer_checked(Values& values, Answer& answer, Cancel* cancel) const
         for (const Argument& a : p.test->sizes.found) {
             const auto too_small = [&](double size) { return size < least; };
             const Argument& named = p.size_way->arguments.front();
+            if (a.kind == Kind::list && values.list(a).empty()) return groups_unknown();
             if (a.kind == Kind::list ? std::ranges::any_of(values.list(a), too_small) : too_small(values[a]))
                 return refusal(named.name, "leaves a group of fewer than " + number(least) + " observations");
         }

@@ -11,6 +11,8 @@ namespace statplan {
 
 namespace {
 
+constexpr int kAsGiven = 15;  // digits of what somebody wrote
+
 std::string values_of(const Item& item, int digits, const char* separator) {
     std::string text;
     for (const double x : item.values)
@@ -70,7 +72,7 @@ std::string to_text(const Record& record, int digits) {
         answer.emplace_back(item.argument->name, values_of(item, digits, ", ") +
                                                      (counts ? " " + std::string(item.argument->unit) : ""));
     }
-    rest.emplace_back("asked", in_a_line(record.asked, digits));
+    rest.emplace_back("asked", in_a_line(record.asked, kAsGiven));
     const std::string guaranteed = in_a_line(record.guaranteed, digits);
     if (!in_a_line(record.answer, digits).starts_with(guaranteed))
         rest.emplace_back("guaranteed", guaranteed);
@@ -86,7 +88,8 @@ std::string to_text(const Record& record, int digits) {
 
 std::string to_text(const Table& table, int digits) {
     std::vector<std::vector<std::string>> columns;
-    for (const auto& column : table.columns) columns.push_back(cells_of(column, digits));
+    for (const auto& column : table.columns)
+        columns.push_back(cells_of(column, columns.size() < table.over.size() ? kAsGiven : digits));
     std::string all = std::string(table.test->title) + ": " + table.question + "\n\n";
     for (std::size_t row = 0; row < columns.front().size(); ++row) {
         for (const auto& cells : columns) {
@@ -97,7 +100,7 @@ std::string to_text(const Table& table, int digits) {
             all += "  " + table.refusals[row - 1];
         all += '\n';
     }
-    return all + "\n" + aligned({{"asked", in_a_line(table.asked, digits)}});
+    return all + "\n" + aligned({{"asked", in_a_line(table.asked, kAsGiven)}});
 }
 
 std::string in_csv(const Item& item, int digits) {

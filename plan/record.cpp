@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "plan/search.h"
 #include "plan/text.h"
 #include "plan/vocabulary.h"
 #include "statplan/plan.h"
@@ -31,7 +32,7 @@ std::vector<Item> size_items(const Test& test, const std::vector<double>& found)
 std::vector<double> enrolled_sizes(const std::vector<double>& found, double dropout) {
     std::vector<double> enrolled;
     enrolled.reserve(found.size());
-    for (const double size : found) enrolled.push_back(std::ceil(size / (1 - dropout) * (1 - 1e-12)));
+    for (const double size : found) enrolled.push_back(rounded_up(size / (1 - dropout)));
     return enrolled;
 }
 
@@ -52,8 +53,6 @@ std::string percent(double share) {
 
 std::string report_of(const Plan& plan, const Record& record, const Values& values) {
     const Test& test = plan.test();
-    std::vector<std::string> size_words, effect_words,
-        given_words;  // the effect, and what it is seen against
     const auto is_size = [&](const Argument& a) {
         const auto same = [&](const Argument& other) { return other.place == a.place; };
         return std::ranges::any_of(
@@ -61,19 +60,17 @@ std::string report_of(const Plan& plan, const Record& record, const Values& valu
                    [&](const Way& way) { return std::ranges::any_of(way.arguments, same); }) ||
                std::ranges::any_of(test.sizes.found, same);
     };
+    std::vector<std::string> size_words, effect_words, given_words;  // what the effect is seen against
     for (const auto* items : {&record.answer, &record.asked})
         for (const Item& each : *items) {
-            if (each.argument->phrase.empty() || each.argument->kind == Kind::choice ||
-                each.argument->place == total.place)
-                continue;
-            if (is_size(*each.argument)) {
-                if (each.argument->place != ratio.place && each.argument->place != weights.place)
-                    size_words.push_back(spoken(each));
-            } else if (each.argument->place != common::half_width.place) {
-                const bool effect = each.argument->null || each.argument->place == means.place;
-                (effect ? effect_words : given_words).push_back(spoken(each));
-            }
+            const Argument& a = *each.argument;
+            if (a.place == n.place) size_words = {spoken(each)};  // one for all groups
+            if (a.phrase.empty() || is_size(a) || a.place == common::half_width.place) continue;
+            const bool effect = a.null || a.place == means.place;
+            (effect ? effect_words : given_words).push_back(spoken(each));
         }
+    if (size_words.empty())
+        for (const Argument& a : test.sizes.found) size_words.push_back(spoken(item(a, values)));
     std::string text;
     if (plan.is_precision()) {
         double reached = kNotGiven;
@@ -91,7 +88,8 @@ std::string report_of(const Plan& plan, const Record& record, const Values& valu
     const std::string sides = std::isnan(values[alternative])     ? ""
                               : values.is(alternative, two_sided) ? "two-sided "
                                                                   : "one-sided ";
-    text = "With " + joined(size_words) + ", a " + sides + std::string(test.phrase) +
+    text = "With " + joined(size_words) + ", a " + sides +
+           (test.performed ? test.performed(values) : std::string(test.phrase)) +
            " at a significance level of " + number(values[alpha], 4) + " has a power of " + percent(reached);
     if (!effect_words.empty()) text += " to detect " + joined(effect_words);
     if (!given_words.empty()) text += (effect_words.empty() ? " given " : ", given ") + joined(given_words);
@@ -103,15 +101,6 @@ std::string report_of(const Plan& plan, const Record& record, const Values& valu
                 " are enrolled";
     }
     return text + ".";
-}
-
-const Argument& level_argument() {
-    static const Argument level{.name = "level",
-                                .meaning =
-                                    "Actual level of the exact test: the largest probability of rejecting "
-                                    "a true null hypothesis",
-                                .unit = "probability"};
-    return level;
 }
 
 void add_effects(Record& record, const Test& test, const Values& values) {
@@ -150,7 +139,7 @@ std::vector<Item> Plan::items(const Values& values, const Answer& answer, Cancel
     items.push_back({is_precision() ? &common::half_width : &common::power, {answer.reached}});
     if (!is_precision() && test().level)
         if (const double level = test().level(values, cancel); !std::isnan(level))
-            items.push_back({&level_argument(), {level}});
+            items.push_back({&common::level, {level}});
     return items;
 }
 
@@ -164,7 +153,7 @@ std::vector<std::string_view> Plan::item_names() const {
             names.push_back(total.name);
     }
     names.push_back(is_precision() ? common::half_width.name : common::power.name);
-    if (!is_precision() && test().level) names.push_back(level_argument().name);
+    if (!is_precision() && test().level) names.push_back(common::level.name);
     return names;
 }
 
@@ -207,7 +196,7 @@ Outcome<Record> ask(const Question& question, Cancel* cancel) {
     } else {
         record.unknown = plan->is_precision() ? common::half_width.name : common::power.name;
     }
-    if (record.answer.back().argument == &level_argument())
+    if (record.answer.back().argument == &common::level)
         if (const double level = record.answer.back().values.front(); level > values[alpha] * (1 + 1e-9))
             record.notes.push_back("the actual level of this test, " + number(level, 4) + ", is above alpha");
     if (cancel && cancel->IsCancelRequested())

@@ -132,8 +132,7 @@ constexpr double kSlack = 1e-10;  // relative: a share of a size that is whole b
 
 std::vector<double> Allocation::at(double size) const {
     std::vector<double> sizes;
-    for (const double share : shares_)
-        sizes.push_back(std::max(least_, std::ceil(share * size * (1 - kSlack))));
+    for (const double share : shares_) sizes.push_back(std::max(least_, rounded_up(share * size)));
     return sizes;
 }
 

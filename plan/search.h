@@ -1,6 +1,7 @@
 // Where a measure of a design reaches its target.
 #pragma once
 
+#include <cmath>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -24,6 +25,12 @@ double narrowed(const Shortfall& shortfall, double a, double b);
 /// Every place inside a range where the target begins to be reached, on either side of `null` where there is one,
 /// first those above it. None where it is reached at `null` itself.
 std::vector<double> crossings(const Shortfall& shortfall, const Range& range, double null);
+
+/// The whole size that a real one needs; one that is whole but for rounding, as 100 * 1.1, is whole.
+inline double rounded_up(double size) {
+    constexpr double kRounding = 1e-10;
+    return std::ceil(size * (1 - kRounding));
+}
 
 /// Whole sizes for growing real sizes: group i has the ceiling of its share, but at least `least`. The steps
 /// are the distinct allocations, smallest first.

@@ -4,6 +4,8 @@
 #include <array>
 #include <numeric>
 
+#include "plan/search.h"
+
 namespace statplan {
 
 Sizes one_sample(double (*least)(const Values&), const Argument& size) {
@@ -14,7 +16,7 @@ Sizes one_sample(double (*least)(const Values&), const Argument& size) {
 
 Sizes two_samples(double (*least)(const Values&)) {
     const auto each = [](Values& v) { v.set(n1, v[n]), v.set(n2, v[n]); };
-    const auto by_ratio = [](Values& v) { v.set(n2, std::ceil(v[n1] * v[ratio])); };
+    const auto by_ratio = [](Values& v) { v.set(n2, rounded_up(v[n1] * v[ratio])); };
     const auto share_total = [](Values& v) {
         v.set(n1, std::round(v[total] / (1 + v[ratio])));
         v.set(n2, v[total] - v[n1]);
@@ -52,6 +54,9 @@ namespace {
 std::vector<double> proportions(std::span<const double> relative, int groups_in_all) {
     std::vector<double> shares(relative.begin(), relative.end());
     if (shares.empty()) shares.assign(static_cast<std::size_t>(groups_in_all), 1);
+    if (shares.empty()) return shares;
+    const double largest = std::ranges::max(shares);  // their sum may overflow
+    for (double& share : shares) share /= largest;
     const double sum = std::accumulate(shares.begin(), shares.end(), 0.0);
     for (double& share : shares) share /= sum;
     return shares;
@@ -92,7 +97,7 @@ Check groups_agree(const Values& v) {
     const auto refusal = [](const Argument& a, std::string reason) {
         return Refusal{.argument = std::string(a.name), .reason = std::move(reason)};
     };
-    if (k == 0) return refusal(groups, "is needed, or the sizes or weights of the groups");
+    if (k == 0) return {};
     const auto disagreement = [&](const Argument& a, std::size_t count) {
         return refusal(
             a, "says " + std::to_string(count) + " groups, and another argument says " + std::to_string(k));
@@ -107,6 +112,7 @@ Check groups_agree(const Values& v) {
 Sizes k_samples() {
     return {.ways = {{{n.means_in_words("Size of each group").said("{} in each group")}, same_size_each},
                      {{sizes}},
+                     {{total}, share_total},
                      {{total, weights}, share_total}},
             .found = {sizes},
             .shares = {weights},

@@ -250,7 +250,7 @@ Sizes k_samples();
 /// How many groups a design has: as many as `means`, `coefficients`, `sizes`, `weights` or `groups` say, 0 where
 /// nothing does.
 int group_count(const Values& v);
-/// Refuses a number of groups that is not known, or that these arguments do not agree on.
+/// Refuses a number of groups that these arguments do not agree on. (Effects alone need not know it.)
 Check groups_agree(const Values& v);
 /// Proportions of the groups in the sample: by `sizes` or else `weights`, equal where neither is given.
 std::vector<double> proportions_of_groups(const Values& v);

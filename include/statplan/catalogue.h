@@ -224,7 +224,8 @@ struct Test {
     double (*level)(const Values&, Cancel*) = nullptr;                 // actual level of an exact test
     Measure precision = {};
     std::vector<Effect> effects = {};
-    std::string (*method)(const Values&) = nullptr;  // "noncentral t distribution"
+    std::string (*method)(const Values&) = nullptr;     // "noncentral t distribution"
+    std::string (*performed)(const Values&) = nullptr;  // `phrase` of a design, where choices change the test
     std::vector<std::string_view> notes = {};
     std::vector<std::string_view> sources = {};
     std::vector<Example> examples = {};

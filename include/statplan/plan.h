@@ -20,9 +20,9 @@ namespace statplan {
 STATPLAN_API std::string_view version();
 
 /// Arguments of every question, whatever the test. `power` and `halfwidth` are what a design reaches and also
-/// the target of a search.
+/// the target of a search; `level` is only answered.
 namespace common {
-STATPLAN_API extern const Argument power, half_width, rule, dropout, max_n;
+STATPLAN_API extern const Argument power, half_width, rule, dropout, max_n, level;
 }
 
 /// smallest: the least size that reaches the target. guaranteed: the least from which every larger one does,

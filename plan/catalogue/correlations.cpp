@@ -77,7 +77,7 @@ const Entry pearson{{
     .title = "Pearson's correlation",
     .family = Family::correlations,
     .study = "One group, two measurements each: does their correlation differ from 0, or a given value?",
-    .phrase = "test of Pearson's correlation",
+    .phrase = "Fisher z test of Pearson's correlation",
     .sizes = one_sample([](const Values&) { return 4.0; }),
     .power = power_by(pearson_power, r, {bias_correction}),
     .effect = difference,
@@ -102,7 +102,7 @@ const Entry partial{{
     .family = Family::correlations,
     .study = "One group, two measurements each, others held constant: does the correlation differ from 0, or "
              "a given value?",
-    .phrase = "test of a partial correlation",
+    .phrase = "Fisher z test of a partial correlation",
     .sizes = one_sample([](const Values& v) { return 4 + v[partialled_out]; }),
     .power = power_by(pearson_power, r_partial, {partialled_out, bias_correction}),
     .effect = difference,
@@ -146,7 +146,7 @@ const Entry spearman{{
     .study =
         "One group, two measurements each: does the correlation of their ranks differ from 0, or a given "
         "value?",
-    .phrase = "test of Spearman's rank correlation",
+    .phrase = "Fisher z test of Spearman's rank correlation",
     .sizes = one_sample(least_for_ranks),
     .power = power_by(spearman_power, r_of_ranks, {z_variance}),
     .effect = difference,

@@ -73,7 +73,7 @@ void from_d(Values& v) {
 Check no_pair(const Values& v) {
     if (Check wrong = groups_agree(v)) return wrong;
     if (v[first] == v[second]) return Refusal{.argument = "second", .reason = "is the first group itself"};
-    if (is_pair(v, static_cast<std::size_t>(group_count(v)))) return {};
+    if (const int k = group_count(v); k == 0 || is_pair(v, static_cast<std::size_t>(k))) return {};
     return Refusal{.argument = std::string((v[first] > v[second] ? first : second).name),
                    .reason = "there are only " + std::to_string(group_count(v)) + " groups"};
 }
@@ -106,6 +106,13 @@ const Entry pairwise{{
                     ? ""
                     : ", level adjusted for all pairs: " +
                           std::string(adjustment.choices[static_cast<std::size_t>(v[adjustment])]));
+    },
+    .performed = [](const Values& v) -> std::string {
+        const std::string words = "pairwise comparison in a one-way design";
+        return v.is(adjustment, 2)
+                   ? words + ", not adjusted for other pairs,"
+                   : words + ", adjusted for all pairs (" +
+                         std::string(adjustment.choices[static_cast<std::size_t>(v[adjustment])]) + "),";
     },
     .notes =
         {"first and second matter where the groups differ in size; the spread is estimated from all groups"},

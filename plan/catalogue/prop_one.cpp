@@ -63,6 +63,11 @@ const Entry prop_one{{
                      "the null hypothesis"
                    : "normal approximation, the null variance under the null hypothesis";
     },
+    .performed = [](const Values& v) -> std::string {
+        if (v.is(method, exact)) return "exact binomial test of one proportion";
+        return v.is(continuity, yes) ? "z test of one proportion with continuity correction"
+                                     : "z test of one proportion";
+    },
     .sources =
         {"J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003), "
          "chapter 2",

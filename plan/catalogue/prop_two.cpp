@@ -51,6 +51,14 @@ Check impossible(const Values& v) {
     return {};
 }
 
+/// ", pooled variance, continuity correction", of statistics that have them.
+std::string details_of(const Values& v) {
+    if (!v.is(statistic, chi_square) && !v.is(statistic, t)) return "";
+    std::string details = v.is(variance, pooled) ? ", pooled variance" : ", unpooled variance";
+    if (v.is(statistic, chi_square) && v.is(continuity, yes)) details += ", continuity correction";
+    return details;
+}
+
 const Entry prop_two{{
     .name = "prop-two",
     .title = "Two independent proportions",
@@ -83,13 +91,19 @@ const Entry prop_two{{
         const bool is_exact = v.is(method, exact);
         if (v.is(statistic, fisher))
             return is_exact ? "Fisher's exact test" : "arcsine approximation of Fisher's test";
-        std::string words = v.is(statistic, chi_square) ? "chi-square (z) test"
-                            : v.is(statistic, t)        ? "t test"
-                                                        : "likelihood-ratio test";
-        if (!v.is(statistic, likelihood_ratio))
-            words += v.is(variance, pooled) ? ", pooled variance" : ", unpooled variance";
-        if (v.is(statistic, chi_square) && v.is(continuity, yes)) words += ", continuity correction";
-        return words + (is_exact ? ", exact power" : ", approximate power");
+        const char* const words = v.is(statistic, chi_square) ? "chi-square (z) test"
+                                  : v.is(statistic, t)        ? "t test"
+                                                              : "likelihood-ratio test";
+        return words + details_of(v) + (is_exact ? ", exact power" : ", approximate power");
+    },
+    .performed = [](const Values& v) -> std::string {
+        const char* const words = v.is(statistic, fisher)       ? "Fisher exact test"
+                                  : v.is(statistic, chi_square) ? "z test"
+                                  : v.is(statistic, t)          ? "t test"
+                                                                : "likelihood-ratio test";
+        const std::string details = details_of(v);
+        return std::string(words) + " of two proportions" +
+               (details.empty() ? "" : " (" + details.substr(2) + ")");
     },
     .sources =
         {"J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003), "

@@ -100,6 +100,10 @@ const Entry regression{{
         return v.is(model, random_predictors) ? "distribution of R squared for jointly normal predictors"
                                               : "noncentral F distribution";
     },
+    .performed = [](const Values& v) -> std::string {
+        return v.is(model, random_predictors) ? "multiple regression F test with random predictors"
+                                              : "multiple regression F test";
+    },
     .notes = {"r2, r2-reduced and partial-r2 are squares; the noncentrality for fixed predictors is n f2"},
     .sources = {"J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 9",
                 "R. A. Fisher, Proc. R. Soc. A 121 (1928), 654-673 (random predictors)"},

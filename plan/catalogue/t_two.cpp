@@ -68,6 +68,9 @@ const Entry t_two{{
         return v.is(variance, pooled) ? "noncentral t distribution"
                                       : "noncentral t distribution, Welch-Satterthwaite degrees of freedom";
     },
+    .performed = [](const Values& v) -> std::string {
+        return v.is(variance, pooled) ? "two-sample t test" : "Welch two-sample t test";
+    },
     .sources =
         {"J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 2",
          "B. L. Welch, Biometrika 34 (1947), 28-35; F. E. Satterthwaite, Biometrics Bulletin 2 (1946), "

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "plan/asked.h"
 #include "statpower/means.h"
 
@@ -67,6 +69,41 @@ TEST(Questions, AnUnknownWordGetsTheNearestOne) {
     EXPECT_THAT(refusal_of("t-one pwoer --d 1"), HasSubstr("did you mean power?"));
     EXPECT_THAT(refusal_of("t-one power --d 1 --n 9 --alternative onesided"),
                 HasSubstr("did you mean one-sided?"));
+}
+
+TEST(Questions, SizesOfGroupsNeedTheirNumber) {
+    for (const char* design : {"anova power --f 0.3 --n 10", "anova power --f 0.3 --total 40",
+                               "anova size --f 0.3", "anova solve --n 10 --solve-for f --power 0.9",
+                               "pairwise power --d 0.5 --n 9", "pairwise precision --sd 2 --halfwidth 1"})
+        EXPECT_THAT(refusal_of(design), HasSubstr("groups: is needed")) << design;
+}
+
+TEST(Questions, EffectsAreConvertedWithoutSizesAndTheirNumber) {
+    EXPECT_NEAR(answer_to("anova effect --eta2 0.1", "f"), std::sqrt(0.1 / 0.9), 1e-15);
+    EXPECT_EQ(answer_to("pairwise effect --diff 2 --sd 4", "d"), 0.5);
+    EXPECT_THAT(refusal_of("anova effect --f 0.3 --groups 4 --weights 1,2"), HasSubstr("says 4 groups"));
+}
+
+TEST(Questions, ATotalIsSharedEquallyUnlessWeightsAreGiven) {
+    for (const std::string design :
+         {"anova power --f 0.25 --groups 3", "anova power --means 1,2,4 --sd 3",
+          "contrast power --d 0.5 --coefficients 2,-1,-1", "pairwise power --d 0.5 --groups 3",
+          "anova precision --sd 5 --groups 3", "contrast precision --sd 5 --coefficients 2,-1,-1",
+          "pairwise precision --sd 5 --groups 3"}) {
+        const char* name = design.find("power") != design.npos ? "power" : "halfwidth";
+        const double shared = answer_to(design + " --total 61", name);
+        EXPECT_GT(shared, 0) << design;
+        EXPECT_EQ(shared, answer_to(design + " --sizes 21,20,20", name)) << design;
+    }
+    EXPECT_EQ(answer_to("anova solve --f 0.25 --groups 4 --solve-for total", "total"),
+              answer_to("anova solve --f 0.25 --weights 1,1,1,1 --solve-for total", "total"));
+}
+
+TEST(Questions, WeightsOfAnyScaleAreAnAllocation) {
+    EXPECT_EQ(answer_to("anova size --f 0.3 --weights 1e308,1e308,1e308", "sizes"),
+              answer_to("anova size --f 0.3 --groups 3", "sizes"));
+    EXPECT_EQ(answer_to("anova size --f 0.3 --weights 1e-308,1e-308", "sizes"),
+              answer_to("anova size --f 0.3 --groups 2", "sizes"));
 }
 
 TEST(Questions, ArgumentsWithoutEffectAreRefused) {

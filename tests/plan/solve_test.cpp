@@ -5,9 +5,12 @@
 #include <algorithm>
 
 #include "plan/asked.h"
+#include "statplan/text.h"
 
 namespace statplan {
 namespace {
+
+using testing::HasSubstr;
 
 /// The design of a record with one argument left out and the power that it reached as the target.
 Question without(const Record& record, std::string_view left_out, double power) {
@@ -131,6 +134,45 @@ TEST(Solve, EverySearchStopsWhenItIsToldTo) {
             ASSERT_FALSE(record) << command;
             EXPECT_EQ(record.refusal().kind, Refusal::cancelled) << command;
         }
+}
+
+TEST(Solve, SizesAreSoughtUpToTheMostThatMayBeHadAndNoFarther) {
+    const auto n = [](const std::string& words, const char* name) {
+        return answer_to(words + " --max-n 34", name);
+    };
+    EXPECT_EQ(n("t-one size --d 0.5", "n"), 34);
+    EXPECT_EQ(n("t-one solve --solve-for n --d 0.5", "n"), 34);
+    EXPECT_EQ(n("t-two solve --solve-for n --d 1", "n"), 17);
+    EXPECT_EQ(n("t-two solve --solve-for total --d 1", "total"), 34);
+    EXPECT_EQ(n("t-two solve --solve-for n2 --n1 17 --d 1", "n2"), 17);
+    EXPECT_EQ(n("anova solve --solve-for n --groups 2 --f 0.5", "n"), 17);
+    for (const char* words :
+         {"t-one size --d 0.5", "t-one solve --solve-for n --d 0.5", "t-two solve --solve-for n --d 1",
+          "t-two solve --solve-for total --d 1", "t-two solve --solve-for n2 --n1 17 --d 1",
+          "anova solve --solve-for n --groups 2 --f 0.5", "t-two size --d 1"})
+        EXPECT_THAT(refusal_of(words + std::string(" --max-n 33")),
+                    testing::ContainsRegex("does not reach 0.8 with 3[23] observations"))
+            << words;
+    EXPECT_EQ(refusal_of("t-two solve --solve-for n2 --n1 50 --d 1 --max-n 34"),
+              "max-n: is less than the sizes that are given");
+    EXPECT_EQ(refusal_of("t-two size --d 9 --max-n 3"), "the least size is 4 observations, more than max-n");
+}
+
+TEST(Solve, AnAllocationIsThatOfWholeSizes) {
+    // 40 and 26 have a power of 0.498.
+    EXPECT_EQ(answer_to("t-two solve --solve-for ratio --n1 40 --d 0.5 --power 0.5", "ratio"), 27.0 / 40);
+    // 100 * 1.1 is a little more than 110, 49 * (1 / 49) a little less than 1.
+    EXPECT_EQ(answer_to("t-two power --n1 100 --ratio 1.1 --d 0.5", "power"),
+              answer_to("t-two power --n1 100 --n2 110 --d 0.5", "power"));
+    for (double n2 = 2; n2 < 200; ++n2)
+        EXPECT_EQ(answer_to("t-two power --n1 49 --d 0.5 --ratio " + exactly(n2 / 49), "power"),
+                  answer_to("t-two power --n1 49 --d 0.5 --n2 " + exactly(n2), "power"));
+}
+
+TEST(Solve, ASizeOfUnequalVariancesThatNoneReachesEndsWithTheReason) {
+    EXPECT_THAT(
+        refusal_of("t-two solve --solve-for n2 --n1 5 --diff 0.5 --sd1 1 --sd2 2 --variance unpooled"),
+        HasSubstr("does not reach 0.8 with 10000000 observations"));
 }
 
 }  // namespace
