@@ -16,7 +16,7 @@ constexpr double kLargeParameter = 1e5;  // both parameters above: the continued
 
 /// I_x(a, b) / prefix = 1 + (a+b)/(a+1) x + (a+b)(a+b+1)/((a+1)(a+2)) x^2 + ..., all terms positive
 /// (Abramowitz and Stegun 26.5.4).
-double series(const BetaPoint& p) {
+double series(const BetaPoint& p, double slack) {
     double term = 1, sum = 1, n = p.a + p.b, d = p.a + 1;
     for (int j = 0; j < kMaxSteps; ++j, n += 1, d += 1) {
         count_step();
@@ -24,7 +24,7 @@ double series(const BetaPoint& p) {
         term *= ratio;
         sum += term;
         const double bound = std::max(ratio, p.x);  // of all further ratios
-        if (bound < 1 && term * bound < 1e-17 * sum * (1 - bound)) break;
+        if (bound < 1 && term * bound < 1e-17 * slack * sum * (1 - bound)) break;
     }
     return sum;
 }
@@ -34,11 +34,12 @@ double series(const BetaPoint& p) {
 /// formed forwards from the equivalent fraction with unit denominators, A_m = A_(m-1) + alpha_m / (beta_m
 /// beta_(m-1)) A_(m-2), where the denominators D_m = a + 2m + 1 within alpha and beta are cleared: one
 /// division a step.
-double continued_fraction(const BetaPoint& p) {
+double continued_fraction(const BetaPoint& p, double slack) {
     const double a = p.a, b = p.b, x = p.x, lambda1 = 1 - p.deviation;
     // scale is 1 / (D_m D_(m-1) beta_m), but beta_0 counts as one
     double D = a + 1, last_D = 1, scale = 1 / D;
     double A = a * lambda1 * scale, B = 1, last_A = 1, last_B = 0;
+    const double negligible = 2e-16 * slack;
     for (double m = 1; m < kMaxSteps; m += 1) {
         count_step();
         const double next_D = D + 2, step = m * (b - m) * x;
@@ -49,7 +50,7 @@ double continued_fraction(const BetaPoint& p) {
         scale = next_scale;
         last_A = std::exchange(A, A + coefficient * last_A);
         last_B = std::exchange(B, B + coefficient * last_B);
-        if (!(std::fabs(A * last_B - last_A * B) > 2e-16 * (A * last_B))) break;
+        if (!(std::fabs(A * last_B - last_A * B) > negligible * (A * last_B))) break;
         if (B > 1e100) {
             A *= 1e-100;
             B *= 1e-100;
@@ -67,10 +68,10 @@ bool has_short_end(double a, double x, double n) {
 }
 
 /// I_x(a, b) at a point at or below the mean, with relative accuracy.
-double lower_tail(const BetaPoint& p, double prefix) {
+double lower_tail(const BetaPoint& p, double prefix, double slack) {
     if (prefix == 0) return 0;
-    if (beta_series_is_short(p, kSeriesTerms)) return prefix * series(p);
-    if (std::min(p.a, p.b) < kLargeParameter) return prefix * p.a / continued_fraction(p);
+    if (beta_series_is_short(p, kSeriesTerms)) return prefix * series(p, slack);
+    if (std::min(p.a, p.b) < kLargeParameter) return prefix * p.a / continued_fraction(p, slack);
     return saddlepoint_tails({p.a, p.b, 0, p.x / p.y, -p.deviation / p.y}).lower;
 }
 
@@ -118,24 +119,28 @@ bool beta_series_is_short(const BetaPoint& p, double terms) {
     return p.deviation <= 0 && 20 * (first + second) < terms * (first - second);
 }
 
-Tails beta_tails(const BetaPoint& p, double prefix) {
+double beta_small_lower_tail(const BetaPoint& p, double prefix) {
+    return p.deviation <= 0 ? lower_tail(p, prefix, 1) : beta_tails(p, prefix).lower;
+}
+
+Tails beta_tails(const BetaPoint& p, double prefix, double slack) {
     // (Seen from the other end, the prefix is prefix * a / b.)
     if (p.deviation <= 0) {
         // With a parameter below one half the mean is no middle: near that end its series serves both tails.
         if (has_short_end(p.b, p.y, p.a + p.b)) {
-            const double upper = prefix * p.a / p.b * series(p.mirrored());
+            const double upper = prefix * p.a / p.b * series(p.mirrored(), slack);
             // (A small lower tail is better computed by itself, where that does not take long.)
             if (upper < 0.9 || p.y < 0.02) return Tails::from_upper(upper);
         }
-        return Tails::from_lower(lower_tail(p, prefix));
+        return Tails::from_lower(lower_tail(p, prefix, slack));
     }
-    if (has_short_end(p.a, p.x, p.a + p.b)) return Tails::from_lower(prefix * series(p));
+    if (has_short_end(p.a, p.x, p.a + p.b)) return Tails::from_lower(prefix * series(p, slack));
     // A short series beyond the mean does as well, unless it leaves little for this side.
     if (p.a < 60 && beta_series_is_short(p, kSeriesTerms)) {
-        const double lower = prefix * series(p);
+        const double lower = prefix * series(p, slack);
         if (lower < 0.96) return Tails::from_lower(lower);
     }
-    return Tails::from_upper(lower_tail(p.mirrored(), prefix * p.a / p.b));
+    return Tails::from_upper(lower_tail(p.mirrored(), prefix * p.a / p.b, slack));
 }
 
 Tails beta_cdf(double x, double a, double b) {

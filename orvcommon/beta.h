@@ -37,7 +37,13 @@ double beta_prefix(const BetaPoint& p);
 bool beta_series_is_short(const BetaPoint& p, double terms);
 
 /// Incomplete beta functions I_x(a, b) and I_y(b, a), given the prefix.
-Tails beta_tails(const BetaPoint& p, double prefix);
+/// @param slack  how many times the last digit of a double the truncation of a series or fraction may leave, about
+Tails beta_tails(const BetaPoint& p, double prefix, double slack = 1);
+
+/// I_x(a, b) where it is expected to be small, given the prefix: never as what the other tail leaves.
+double beta_small_lower_tail(const BetaPoint& p, double prefix);
+
+/// Both tails of a point.
 inline Tails beta_tails(const BetaPoint& p) {
     return beta_tails(p, beta_prefix(p));
 }

@@ -93,22 +93,30 @@ std::optional<double> exact_cdf(int x, double trials, double p) {
     return sum.rounded(-n * m);
 }
 
+/// How closely a distribution function is computed, and which distance from a probability then counts as a tie.
+struct Precision {
+    double slack;
+    double tie;
+};
+constexpr Precision kRough{0x1p30, 1e-4}, kFull{1, 1e-12};
+
 /// The quantile by one incomplete beta function near it and the probabilities beside, which its prefix gives; nothing
-/// where a tie is near, or the guess too far away, so that the distribution function itself must decide.
-std::optional<double> quantile_near(double guess, double prob, double n, double p) {
-    constexpr double kLargestCount = 1e9, kSmallest = 1e-200, kClose = 1e-12;
+/// where a tie is near, or the guess too far away.
+std::optional<double> quantile_near(double guess, double prob, double n, double p, Precision precision) {
+    constexpr double kLargestCount = 1e9, kSmallest = 1e-200;
     constexpr int kSteps = 12;
     if (!(n < kLargestCount && prob > kSmallest)) return std::nullopt;
     const double q = 1 - p, odds = p / q;
     double k = std::clamp(guess, 0.0, std::ceil(n) - 1);
-    const BetaPoint point = BetaPoint::at(p, k + 1, n - k);
+    const BetaPoint point = precision.slack > 1 ? BetaPoint{k + 1, n - k, p, q, (n + 1) * p - (k + 1)}
+                                                : BetaPoint::at(p, k + 1, n - k);
     const double prefix = beta_prefix(point);
-    double cdf = beta_tails(point, prefix).upper, largest = cdf;
+    double cdf = beta_tails(point, prefix, precision.slack).upper, largest = cdf;
     double next = prefix / q;  // P(X = k + 1)
     const bool upwards = cdf < prob;
     for (int i = 0; i < kSteps; ++i) {
         count_step();
-        if (std::fabs(cdf - prob) <= kClose * largest) return std::nullopt;
+        if (std::fabs(cdf - prob) <= precision.tie * largest) return std::nullopt;
         if (upwards) {
             if (cdf > prob) return k - 1;
             if (k + 1 >= n) return k;
@@ -158,7 +166,8 @@ double binomial_quantile(double prob, double n, double p) {
     // Cornish-Fisher start, then Newton steps on the distribution function inside the bracket.
     const double q = 1 - p, z = rough_normal_quantile(prob);
     double guess = std::floor(n * p + std::sqrt(n * p * q) * z + (q - p) * (z * z - 1) / 6 - 0.5);
-    if (const auto near = quantile_near(guess, prob, n, p)) return *near;
+    for (const Precision precision : {kRough, kFull})
+        if (const auto near = quantile_near(guess, prob, n, p, precision)) return *near;
     for (int i = 0; i < 200 && high - low > 1; ++i) {
         count_step();
         if (!(guess > low)) guess = low + 1;

@@ -2,6 +2,10 @@
 // a function of log f. That is concave, so Newton's method converges from any start; near the solution six
 // derivatives make up one step, and a good start leaves one evaluation of the tail. Most t quantiles need none:
 // they are an expansion about the normal one.
+//
+// The error of a quantile is that of log(target / tail) over the derivative. So the tail is never what another one
+// leaves where that is much larger, and near an end, where the derivative is small, it is compared as a logarithm whose
+// terms are small too.
 #include "orvcommon/quantiles.h"
 
 #include <algorithm>
@@ -19,6 +23,9 @@ namespace {
 // Reached only where a shape parameter below 1e-10 leaves a tail without the accuracy to converge with.
 constexpr int kMaxIterations = 40;
 constexpr double kSmallestF = 0x1p-1010, kLargestF = 0x1p1010;  // beyond, the quantile is 0 or infinite
+constexpr int kMaxTerms = 200;
+constexpr double kNearEnd = 1.25;   // (a + b) x
+constexpr double kSmallTail = 0.2;  // to be computed by itself
 constexpr double kRounding = 1e-17, kFarOff = 1;
 constexpr double kNormalDf = 1e20;  // degrees of freedom from which t is normal in double precision
 
@@ -33,11 +40,23 @@ double log_beta(double a, double b) {
            std::log(n / b / a) + fa.log + fb.log - fn.log;
 }
 
-/// The point of the beta distribution at f.
+/// The point of the beta distribution at f; the smaller one of x and y is rounded once.
 BetaPoint point_at(double f, double a, double b) {
-    const double odds = a / b * f;
-    const double y = odds > 1e300 ? b / a / f : 1 / (1 + odds);
-    const double x = odds > 1e300 ? 1 : std::max(odds * y, std::numeric_limits<double>::denorm_min());
+    const TwoDoubles r = two_product(a, f);
+    if (!(r.high > kSmallestRatio && std::max({a, f, r.high}) < kLargestRatio)) {
+        const double odds = a / b * f;
+        const double y = odds > 1e300 ? b / a / f : 1 / (1 + odds);
+        const double x = odds > 1e300 ? 1 : std::max(odds * y, std::numeric_limits<double>::denorm_min());
+        return {a, b, x, y, a * (f - 1) * y};
+    }
+    const TwoDoubles sum = two_sum(r.high, b);
+    const bool x_is_smaller = r.high < b;
+    const TwoDoubles part = x_is_smaller ? r : TwoDoubles{b, 0};
+    const double quotient = part.high / sum.high;
+    const TwoDoubles back = two_product(quotient, sum.high);
+    const double rest = (part.high - back.high) - back.low + part.low - quotient * (sum.low + r.low);
+    const double smaller = quotient + rest / sum.high, larger = 1 - smaller;
+    const double x = x_is_smaller ? smaller : larger, y = x_is_smaller ? larger : smaller;
     return {a, b, x, y, a * (f - 1) * y};
 }
 
@@ -69,35 +88,135 @@ Step long_step(double newton, const BetaPoint& p, double m) {
     return {d - (value - newton) / slope, std::fabs(d2 * d2 * d2 * c6) * ratio};
 }
 
+/// log Gamma(1 + a), accurate for a small a as well: the logarithm of Gamma at 1 + a as it is rounded, and what the
+/// derivative makes of the rounding.
+double log_gamma_1p(double a) {
+    const double s = 1 + a, lost = a - (s - 1),
+                 digamma = a < 1 ? -0.5772 + a * (1.645 - 0.645 * a) : std::log(a);
+    return log_gamma(s) + lost * digamma;
+}
+
+/// log(Gamma(a + b) / (Gamma(b) Gamma(a + 1) (a + b)^a)), accurate for a small a as well.
+double log_end_factor(double a, double b) {
+    const double c = b + 1, n = c + a, r = a / c;  // by Stirling's formula for Gamma(n) / Gamma(c)
+    return a * std::log1p(1 / (a + b)) - 0.5 * std::log1p(r) - c * log1p_deficit(r) +
+           (stirling_error(n) - stirling_error(c)) - std::log1p(a / b) - log_gamma_1p(a);
+}
+
+/// Whether the tail at the end x = 0 is compared with its target as below: where x is so near that few terms grow
+/// before they fall, and a small a, or a target far out, makes much of the rounding of a tail.
+bool is_near_end(const BetaPoint& p, double target) {
+    const double mean_count = p.x * (p.a + p.b);
+    return p.x < 0.5 && p.a < 100 && mean_count < (p.a < 1 || target < 1e-20 ? kNearEnd : 0.1);
+}
+
+/// log(target / I_x(a, b)) near the end x = 0, rest = 1 - target: from the logarithms of ((a + b) x)^a and of
+/// 1 + a ((1 - b) x / (1 + a) + (1 - b) (2 - b) x^2 / (2! (2 + a)) + ...), which for a small a are both as accurate as
+/// log x. (Abramowitz and Stegun 26.5.4 without the power of 1 - x.)
+double log_ratio_near_end(const BetaPoint& p, double target, double rest) {
+    double term = 1, sum = 0;
+    for (double k = 1; k < kMaxTerms; k += 1) {
+        count_step();
+        term *= (k - p.b) / k * p.x;
+        const double addend = term / (k + p.a);
+        sum += addend;
+        if (std::fabs(addend) <= kRounding * std::fabs(sum)) break;
+    }
+    const double scaled = p.x * (p.a + p.b), log_power = p.a * std::log(scaled);
+    const double log_quotient = std::fabs(log_power) < 1
+                                    ? (target < rest ? std::log(target) : std::log1p(-rest)) - log_power
+                                : log_power > -600 ? std::log(target / std::pow(scaled, p.a))
+                                                   : std::log(target) - log_power;
+    return log_quotient - log_end_factor(p.a, p.b) - std::log1p(p.a * sum);
+}
+
+/// A tail at a point beside its target.
+struct Comparison {
+    bool is_lower;
+    double log_ratio;  // log(target / tail)
+    double m;          // the derivative of log(tail) by log f; NaN where the tail underflowed
+
+    bool is_below() const { return is_lower ? log_ratio > 0 : log_ratio < 0; }
+};
+
+/// log(target / tail): of numbers that are near one another without the rounding of their quotient.
+double log_ratio_of(double target, double tail) {
+    const double z = (target - tail) / (target + tail), q = z * z;
+    if (q > 0.0016) return std::log(target / tail);
+    return 2 * z + 2 * z * q * (1.0 / 3 + q * (1.0 / 5 + q * (1.0 / 7 + q * (1.0 / 9 + q * (1.0 / 11)))));
+}
+
+/// The tail at one end beside its target, rest = 1 - target, near that end: as if it were the lower one.
+Comparison compare_near_end(const BetaPoint& p, double prefix, double target, double rest) {
+    const double log_ratio = log_ratio_near_end(p, target, rest);
+    return {true, log_ratio, p.a * prefix / target * std::exp(log_ratio)};
+}
+
+/// One of the two tails beside p or q = 1 - p: the smaller one, or near an end that of the end.
+Comparison compare(const BetaPoint& point, double p, double q) {
+    const double prefix = beta_prefix(point), slope = point.a * prefix;
+    if (std::min(point.x, point.y) * (point.a + point.b) < kNearEnd) {
+        if (is_near_end(point, p)) return compare_near_end(point, prefix, p, q);
+        if (is_near_end(point.mirrored(), q)) {
+            const Comparison upper = compare_near_end(point.mirrored(), slope / point.b, q, p);
+            return {false, upper.log_ratio, -upper.m};
+        }
+    }
+    if (p < q) {
+        const double lower =
+            p < kSmallTail ? beta_small_lower_tail(point, prefix) : beta_tails(point, prefix).lower;
+        return {true, log_ratio_of(p, lower), slope / lower};
+    }
+    const double upper = q < kSmallTail ? beta_small_lower_tail(point.mirrored(), slope / point.b)
+                                        : beta_tails(point, prefix).upper;
+    return {false, log_ratio_of(q, upper), -slope / upper};
+}
+
+/// e^s - 1; a short step without a call.
+double growth(double s) {
+    if (std::fabs(s) > 0.0156) return std::expm1(std::clamp(s, -40.0, 40.0));
+    const double s2 = s * s;
+    return s + s2 * ((0.5 + s * (1.0 / 6)) +
+                     s2 * ((1.0 / 24 + s * (1.0 / 120)) + s2 * (1.0 / 720 + s * (1.0 / 5040))));
+}
+
+/// A quantile of F, and the same as one of the beta distribution.
+struct Quantile {
+    double f, x;
+};
+
+/// The point of the beta distribution at any f, roughly: its last digits may be lost.
+double x_at(double f, double a, double b) {
+    const double odds = f * (a / b);
+    return odds < 1e300 ? odds / (1 + odds) : 1;
+}
+
 /// Solves P(F <= f) = p, 1 - p = q, from the start f.
-double solve_f(double a, double b, double p, double q, double f) {
-    const double spread = std::sqrt(1 / a + 1 / b);  // of log F, about
-    if (spread < 1e-17) return 1;
-    const bool lower = p < q;
+Quantile solve(double a, double b, double p, double q, double f) {
+    const double variance = 1 / a + 1 / b;  // of log F, about
+    if (variance < 1e-34) return {1, x_at(1, a, b)};
     f = std::clamp(f, kSmallestF, kLargestF);
     double low = kSmallestF / 2, high = 2 * kLargestF;  // bracket of the solution
     for (int i = 0; i < kMaxIterations; ++i) {
         count_step();
         const BetaPoint point = point_at(f, a, b);
-        const double prefix = beta_prefix(point);
-        const Tails tails = beta_tails(point, prefix);
-        const double tail = lower ? tails.lower : tails.upper;
-        const bool below = lower ? tail < p : tail > q;
-        (below ? low : high) = f;
+        const Comparison at = compare(point, p, q);
+        (at.is_below() ? low : high) = f;
         if (low >= kLargestF || high <= kSmallestF) break;
-        const double m = prefix * a / tail * (lower ? 1 : -1);
-        const double newton = -std::log(tail / (lower ? p : q)) / m;
-        const double c2 = 0.5 * (-point.deviation - m);
-        const bool near = std::fabs(c2 * newton) < 0.1 && std::fabs(newton) < 0.2 * std::min(1.0, spread);
-        const Step step = near ? long_step(newton, point, m)
+        const double newton = at.log_ratio / at.m;
+        const double c2 = 0.5 * (-point.deviation - at.m);
+        const bool near = std::fabs(c2 * newton) < 0.1 && newton * newton < 0.04 * std::min(1.0, variance);
+        const Step step = near ? long_step(newton, point, at.m)
                                : Step{newton / std::clamp(1 + c2 * newton, 0.5, 2.0), kFarOff};
-        const double next =
-            std::clamp(f * std::exp(std::clamp(step.size, -40.0, 40.0)), kSmallestF, kLargestF);
-        if (step.error < kRounding || std::fabs(step.size) < kRounding) return next;
+        const double change = growth(step.size), next = std::clamp(f + f * change, kSmallestF, kLargestF);
+        if (step.error < kRounding || std::fabs(step.size) < kRounding) {
+            const double moved = point.x * point.y * change / (1 + point.x * change);
+            return {next, point.x < point.y ? point.x + moved : 1 - (point.y - moved)};
+        }
         // A step out of the bracket is no step, nor is that of a tail that underflowed.
         f = next > low && next < high ? next : std::sqrt(low) * std::sqrt(high);
     }
-    return f;
+    return {f, x_at(f, a, b)};
 }
 
 /// f, or the limit where the iteration ended at the end of its range.
@@ -125,7 +244,7 @@ double gamma_start(double a, double z) {
 double gamma_like_odds(double a, double b, double z) {
     const double N = b + 0.5 * (a - 1), g = gamma_start(a, z);
     const double u = g / N * (1 + (a - 1) / (24 * N * N) * (g + a + 1));
-    return g > 0 && u < 0.6 ? std::expm1(u) : 0;
+    return g > 0 && u < 0.6 ? (u < 1e-5 ? u : std::exp(u) - 1) : 0;
 }
 
 /// A start for F: from the normal quantile, or the power law of the nearer end.
@@ -148,14 +267,21 @@ double f_start(double a, double b, double p, double q) {
     return std::exp(std::clamp(at + scale, -800.0, 800.0));
 }
 
-/// f with P(F <= f) = p, 1 - p = q, for any parameters.
-double quantile(double a, double b, double p, double q) {
+/// The quantile of p, 1 - p = q, for any parameters.
+Quantile quantile(double a, double b, double p, double q) {
     a = std::clamp(a, kTinyParameter, kHugeParameter);
     b = std::clamp(b, kTinyParameter, kHugeParameter);
     // With a = 1 the upper tail is (1 - x)^b, with b = 1 the lower one x^a.
-    if (a == 1) return limited(b * std::expm1(-(p < q ? std::log1p(-p) : std::log(q)) / b));
-    if (b == 1) return limited(1 / (a * std::expm1(-(q < p ? std::log1p(-q) : std::log(p)) / a)));
-    return limited(solve_f(a, b, p, q, f_start(a, b, p, q)));
+    if (a == 1) {
+        const double f = b * std::expm1(-(p < q ? std::log1p(-p) : std::log(q)) / b);
+        return {limited(f), x_at(f, a, b)};
+    }
+    if (b == 1) {
+        const double f = 1 / (a * std::expm1(-(q < p ? std::log1p(-q) : std::log(p)) / a));
+        return {limited(f), x_at(f, a, b)};
+    }
+    const Quantile solution = solve(a, b, p, q, f_start(a, b, p, q));
+    return {limited(solution.f), solution.x};
 }
 
 /// t that belongs to the normal quantile z, by the expansion of student_table.h.
@@ -178,7 +304,7 @@ double upper_t_quantile(double q, double df) {
     if (df > kNormalDf) return -normal_quantile(q);
     if (df == 1) return 1 / std::tan(std::numbers::pi * q);
     const double z = -normal_quantile(q), z2 = z * z;
-    if (df > 26 + z2) return expanded_t(z, df);
+    if (df > 26 + 1.5 * z2) return expanded_t(z, df);
     double start = z;
     if (df >= 3 && z2 < 0.7 * df + 2) {
         start = expanded_t(z, df);
@@ -188,7 +314,7 @@ double upper_t_quantile(double q, double df) {
             start = w > 1e-280 ? std::sqrt(df * (1 - w) / w) : std::sqrt(df) * std::exp(-0.5 * log_w);
     }
     start = std::clamp(start, 1e-150, 1e150);
-    return std::sqrt(limited(solve_f(0.5, 0.5 * df, 1 - 2 * q, 2 * q, start * start)));
+    return std::sqrt(limited(solve(0.5, 0.5 * df, 1 - 2 * q, 2 * q, start * start).f));
 }
 
 }  // namespace
@@ -204,7 +330,7 @@ double f_quantile(double p, double df1, double df2) {
         const double t = upper_t_quantile(0.5 * p, df1);
         return 1 / (t * t);
     }
-    return quantile(0.5 * df1, 0.5 * df2, p, q);
+    return quantile(0.5 * df1, 0.5 * df2, p, q).f;
 }
 
 double t_quantile(double p, double df) {
@@ -213,8 +339,7 @@ double t_quantile(double p, double df) {
 }
 
 double beta_quantile(double p, double a, double b) {
-    const double odds = quantile(a, b, p, 1 - p) * (a / b);
-    return odds < 1e300 ? odds / (1 + odds) : 1;
+    return quantile(a, b, p, 1 - p).x;
 }
 
 }  // namespace orvmath
