@@ -25,6 +25,11 @@ class CountFunction {
         return x < first() || x > last() ? 0 : values_[static_cast<std::size_t>(x - first_)];
     }
 
+    /// Whether no value is NaN.
+    bool is_known() const {
+        return std::none_of(values_.begin(), values_.end(), [](double v) { return v != v; });
+    }
+
     /// The values at first..last, which lie within the stretch.
     std::span<const double> values(int first, int last) const {
         return std::span(values_).subspan(static_cast<std::size_t>(first - first_),

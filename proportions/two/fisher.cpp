@@ -139,6 +139,7 @@ struct Weights {
 
     std::int64_t terms() const { return std::int64_t{last} - first + 1; }
     double operator[](int k) const { return weight[k]; }
+    std::span<const double> values() const { return values(first, last); }
     std::span<const double> values(int from, int to) const {
         from = std::max(from, first);
         to = std::min(to, last);
@@ -172,14 +173,22 @@ class ConditionalDistribution {
           negligible_(kNegligibleShare * level),
           downwards_too_(downwards_too) {}
 
-    void condition_on(int t) {
-        t_ = t;
-        lo_ = std::max(0.0, t - coefficients_.group2.n());
-        hi_ = std::min<double>(t, coefficients_.group1.n());
-        lo_is_whole_ = t <= trials2_ || coefficients_.fraction2 == 0;
-        hi_is_whole_ = t <= trials1_ || coefficients_.fraction1 == 0;
-        one_grid_ = !downwards_too_ || (lo_is_whole_ && hi_is_whole_);
-        if (!weigh_plainly()) weigh_from_mode();
+    /// Both distributions given the total t. Their sums, each one addition after the other, run side by side.
+    static void condition_on(int t, ConditionalDistribution& first, ConditionalDistribution& second) {
+        first.prepare(t);
+        second.prepare(t);
+        const bool first_is_plain = first.weigh_plainly(), second_is_plain = second.weigh_plainly();
+        const auto terms1 = first_is_plain ? first.upwards_.values() : std::span<const double>();
+        const auto terms2 = second_is_plain ? second.upwards_.values() : std::span<const double>();
+        const std::size_t both = std::min(terms1.size(), terms2.size());
+        double total1 = 0;
+        double total2 = 0;
+        for (std::size_t i = 0; i < both; ++i) {
+            total1 += terms1[i];
+            total2 += terms2[i];
+        }
+        first.finish(first_is_plain, std::accumulate(terms1.subspan(both).begin(), terms1.end(), total1));
+        second.finish(second_is_plain, std::accumulate(terms2.subspan(both).begin(), terms2.end(), total2));
     }
 
     /// The counts whose weights are not negligible: all possible ones, as long as nothing is scaled.
@@ -189,9 +198,25 @@ class ConditionalDistribution {
     double total() const { return total_; }
 
   private:
+    void prepare(int t) {
+        t_ = t;
+        lo_ = std::max(0.0, t - coefficients_.group2.n());
+        hi_ = std::min<double>(t, coefficients_.group1.n());
+        lo_is_whole_ = t <= trials2_ || coefficients_.fraction2 == 0;
+        hi_is_whole_ = t <= trials1_ || coefficients_.fraction1 == 0;
+        one_grid_ = !downwards_too_ || (lo_is_whole_ && hi_is_whole_);
+    }
+
+    /// Takes the sum of the plain weights, or scaled ones where it is beyond the range of a double.
+    void finish(bool is_plain, double total) {
+        total_ = total;
+        if (!(is_plain && std::isfinite(total) && (one_grid_ || std::isfinite(downwards_.sum()))))
+            weigh_from_mode();
+    }
+
     WholeTables whole_tables() const { return {trials1_, trials2_, t_}; }
 
-    /// False where a weight, or the sum, is beyond the range of a double, or a power of the odds below it.
+    /// False where a weight is beyond the range of a double, or a power of the odds below it.
     bool weigh_plainly() {
         const int mode = whole_tables().mode(odds_power_.odds());
         if (!std::isfinite(coefficients_.whole1(mode) * coefficients_.whole2(t_ - mode) * odds_power_(mode)))
@@ -199,11 +224,8 @@ class ConditionalDistribution {
         if (!(std::isnormal(odds_power_(to_int(lo_))) && std::isnormal(odds_power_(to_int(std::ceil(hi_))))))
             return false;
         upwards_ = weigh_upwards();
-        total_ = upwards_.sum();
-        if (!std::isfinite(total_)) return false;
-        if (one_grid_) return true;
-        downwards_ = weigh_downwards();
-        return std::isfinite(downwards_.sum());
+        if (!one_grid_) downwards_ = weigh_downwards();
+        return true;
     }
 
     Weights weigh_upwards() const {
@@ -354,13 +376,15 @@ int upper_critical_value(const ConditionalDistribution& null, double a) {
     const Weights& weights = null.downwards();
     const double level = a * null.total();
     double tail = 0;
+    double next = weights[weights.last];
     for (int k = weights.last; k >= weights.first; --k) {
-        tail += weights[k];
-        if (tail + weights[k - 1] < (1 - kClose) * level) continue;
+        tail += next;
+        next = weights[k - 1];
+        if (tail + next < (1 - kClose) * level) continue;
         if (tail > (1 + kClose) * level) break;
         double S = 0;
         for (double w : weights.values(k, weights.last)) S += w / null.total();
-        if (S <= a && S + weights[k - 1] / null.total() > a) return k;
+        if (S <= a && S + next / null.total() > a) return k;
     }
     return std::numeric_limits<int>::max();
 }
@@ -369,10 +393,12 @@ int upper_critical_value(const ConditionalDistribution& null, double a) {
 int lower_critical_value(const ConditionalDistribution& null, double a) {
     const Weights& weights = null.upwards();
     double S = 0;
+    double next = weights[weights.first] / null.total();
     for (int k = weights.first; k <= weights.last; ++k) {
-        S += weights[k] / null.total();
+        S += next;
         if (S > a) break;
-        if (S + weights[k + 1] / null.total() > a) return k;
+        next = weights[k + 1] / null.total();
+        if (S + next > a) return k;
     }
     return std::numeric_limits<int>::min();
 }
@@ -549,14 +575,20 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     const bool whole = n1 == std::trunc(n1) && n2 == std::trunc(n2);
     const double largest_sum = whole ? 1 : std::max(1.0, psi * psi);
 
+    // Outwards the probabilities of the totals fall, unless some could not be computed.
+    const bool may_end_early = !questions.any() && probability1.is_known() && probability2.is_known();
+
     double power = 0;
+    bool more = true;
     const auto add_total = [&](int t) {
         const TotalTerms terms(probability1, probability2, t);
         if (questions.stop(1 + terms.count())) return false;
         const double total = terms.sum();
-        if (total < kNegligible || total * largest_sum < kNegligibleShare * power) return true;
-        null.condition_on(t);
-        alternative.condition_on(t);
+        if (total < kNegligible || total * largest_sum < kNegligibleShare * power) {
+            more = !may_end_early;
+            return true;
+        }
+        ConditionalDistribution::condition_on(t, null, alternative);
         if (questions.stop(null.terms() + alternative.terms())) return false;
         double rejected = 0;
         if (rejects_high) {
@@ -572,9 +604,10 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     };
     // The probable totals first, so that those that cannot change the power any more need no distribution.
     const int typical = to_int(n1 * p1 + n2 * p2);
-    for (int t = typical; t <= probability1.last() + probability2.last(); ++t)
+    for (int t = typical; more && t <= probability1.last() + probability2.last(); ++t)
         if (!add_total(t)) return OrvMV::Missing();
-    for (int t = typical - 1; t >= probability1.first() + probability2.first(); --t)
+    more = true;
+    for (int t = typical - 1; more && t >= probability1.first() + probability2.first(); --t)
         if (!add_total(t)) return OrvMV::Missing();
     return power;
 }
