@@ -1,12 +1,14 @@
 // The C interface: questions as JSON, and columns of designs.
 #include "statplan/ask.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <stdexcept>
 
 #include "plan/json.h"
+#include "plan/search.h"
 #include "plan/text.h"
 #include "plan/vocabulary.h"
 
@@ -55,11 +57,11 @@ void put(double* values, ptrdiff_t offset, double x) {
     std::memcpy(reinterpret_cast<char*>(values) + offset, &x, sizeof x);
 }
 
-constexpr std::string_view kGuaranteed = "guaranteed-";
+constexpr std::string_view kGuaranteed = "guaranteed-", kEnrolled = "enrolled-";
 
 /// One answer that is asked for: where it is found.
 struct Output {
-    enum { reached, other, level, effect, argument, found_total, guaranteed } what;
+    enum { reached, other, level, effect, argument, found_total, guaranteed, enrolled, enrolled_total } what;
     const Argument* named = nullptr;
     double (*value)(const Values&) = nullptr;
     std::size_t position = 0;  // of a guaranteed size among the sizes found
@@ -77,6 +79,12 @@ Outcome<Output> output_of(const Plan& plan, std::string_view name) {
             if (found[i].name == name.substr(kGuaranteed.size()))
                 return Output{
                     .what = Output::guaranteed, .named = &found[i], .value = nullptr, .position = i};
+    }
+    if (name.starts_with(kEnrolled) && plan.searches_sizes()) {
+        const std::string_view size = name.substr(kEnrolled.size());
+        if (size == total.name) return Output{.what = Output::enrolled_total};
+        for (const Argument& a : test.sizes.found)
+            if (a.name == size) return Output{.what = Output::enrolled, .named = &a};
     }
     for (const Effect& effect : test.effects)
         if (name == effect.argument.name && !(plan.unknown() && plan.unknown()->name == name))
@@ -103,6 +111,15 @@ void write(const Output& output, const statplan_output& room, ptrdiff_t row, con
             put(room.values, row * room.stride + static_cast<ptrdiff_t>(j) * room.inner,
                 j < elements.size() ? elements[j] : kNotGiven);
     };
+    const auto to_enrol = [&](double size) { return enrolled(size, values[common::dropout]); };
+    const auto sum_of_found = [&](auto of) {
+        double sum = 0;
+        for (const Argument& a : plan.test().sizes.found) {
+            if (a.kind != Kind::list) sum += of(values[a]);
+            for (const double size : values.list(a)) sum += of(size);
+        }
+        return sum;
+    };
     switch (output.what) {
         case Output::reached:
             return one(answer.reached);
@@ -115,14 +132,16 @@ void write(const Output& output, const statplan_output& room, ptrdiff_t row, con
         case Output::argument:
             return output.named->kind == Kind::list ? list(values.list(*output.named))
                                                     : one(values[*output.named]);
-        case Output::found_total: {
-            double sum = 0;
-            for (const Argument& a : plan.test().sizes.found) {
-                if (a.kind != Kind::list) sum += values[a];
-                for (const double size : values.list(a)) sum += size;
-            }
-            return one(sum);
+        case Output::found_total:
+            return one(sum_of_found([](double size) { return size; }));
+        case Output::enrolled: {
+            if (output.named->kind != Kind::list) return one(to_enrol(values[*output.named]));
+            std::vector<double> sizes;
+            for (const double size : values.list(*output.named)) sizes.push_back(to_enrol(size));
+            return list(sizes);
         }
+        case Output::enrolled_total:
+            return one(sum_of_found(to_enrol));
         case Output::guaranteed:
             if (output.named->kind == Kind::list) return list(answer.guaranteed);
             return one(output.position < answer.guaranteed.size() ? answer.guaranteed[output.position]

@@ -29,13 +29,6 @@ std::vector<Item> size_items(const Test& test, const std::vector<double>& found)
     return items;
 }
 
-std::vector<double> enrolled_sizes(const std::vector<double>& found, double dropout) {
-    std::vector<double> enrolled;
-    enrolled.reserve(found.size());
-    for (const double size : found) enrolled.push_back(rounded_up(size / (1 - dropout)));
-    return enrolled;
-}
-
 std::string spoken(const Item& item) {
     std::vector<std::string> words;
     for (const double x : item.values) words.push_back(value_of(*item.argument, x, 4));
@@ -190,8 +183,9 @@ Outcome<Record> ask(const Question& question, Cancel* cancel) {
             record.guaranteed = size_items(test, answer.guaranteed);
         if (values[common::dropout] > 0) {
             const bool by_guaranteed = values.is(common::rule, Rule::guaranteed);
-            const auto& found = by_guaranteed ? answer.guaranteed : answer.smallest;
-            record.enrolled = size_items(test, enrolled_sizes(found, values[common::dropout]));
+            GroupSizes enrolling = by_guaranteed ? answer.guaranteed : answer.smallest;
+            for (double& size : enrolling) size = enrolled(size, values[common::dropout]);
+            record.enrolled = size_items(test, enrolling);
         }
     } else {
         record.unknown = plan->is_precision() ? common::half_width.name : common::power.name;

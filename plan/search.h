@@ -32,6 +32,11 @@ inline double rounded_up(double size) {
     return std::ceil(size * (1 - kRounding));
 }
 
+/// How many are enrolled so that `size` are left of them.
+inline double enrolled(double size, double dropout) {
+    return rounded_up(size / (1 - dropout));
+}
+
 /// Whole sizes for growing real sizes: group i has the ceiling of its share, but at least `least`. The steps
 /// are the distinct allocations, smallest first.
 class Allocation {

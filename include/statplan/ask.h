@@ -59,8 +59,9 @@ typedef struct statplan_plan statplan_plan;
    unknown   what is to be found: "power", "halfwidth", "size", "effect", or the name of any number argument
    given     names of the arguments that will be given, `count` of them; the others have their defaults
    outputs   names of the answers that will be asked for, `output_count` of them: any argument, "power",
-             "halfwidth", "level", any effect of the test, "total" of sizes that are found, and for sizes by
-             the guaranteed rule the name of a size with "guaranteed-" before it
+             "halfwidth", "level", any effect of the test, "total" of sizes that are found, for sizes by the
+             guaranteed rule the name of a size with "guaranteed-" before it, and for those that are enrolled
+             with a dropout that of a size, or total, with "enrolled-" before it
    refusal   where not null and the result is null: the refusal as JSON, to be released by statplan_free; null
              when memory runs out
    returns   the plan, to be released by statplan_release; null when refused */

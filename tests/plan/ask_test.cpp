@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -159,6 +160,53 @@ TEST(Columns, ARowThatIsRefusedHasNoNumberAndTheOthersAreAnswered) {
     EXPECT_EQ(power[0], PowerOneSampleNondirectional(10, 0.5, 1, 0, 0.05));
     for (const int i : {1, 2, 3}) EXPECT_TRUE(std::isnan(power[i])) << i;
     EXPECT_EQ(power[4], PowerOneSampleNondirectional(20, 0.5, 1, 0, 0.05));
+}
+
+TEST(Columns, RowsMayHaveDifferentNumbersOfGroups) {
+    const double groups[] = {3, 5, 4}, f = 0.25;
+    const char* const given[] = {"groups", "n", "f"};
+    const double n[] = {20, 20, 20};
+    const statplan_column columns[] = {
+        {groups, sizeof(double), 1, 0}, {n, sizeof(double), 1, 0}, {&f, 0, 1, 0}};
+    double power[3], total[3];
+    ASSERT_EQ(
+        statplan_columns("anova", "power", given, columns, 3, 3, "power", power, nullptr, nullptr, nullptr),
+        0);
+    const char* const searched[] = {"groups", "f"};
+    const statplan_column of_search[] = {columns[0], columns[2]};
+    ASSERT_EQ(statplan_columns("anova", "size", searched, of_search, 2, 3, "total", total, nullptr, nullptr,
+                               nullptr),
+              0);
+    for (const int i : {0, 1, 2}) {
+        const statplan_column alone[] = {{&groups[i], 0, 1, 0}, columns[1], columns[2]};
+        double one = 0, found = 0;
+        statplan_columns("anova", "power", given, alone, 3, 1, "power", &one, nullptr, nullptr, nullptr);
+        EXPECT_EQ(power[i], one) << groups[i];
+        const statplan_column alone_searched[] = {alone[0], columns[2]};
+        statplan_columns("anova", "size", searched, alone_searched, 2, 1, "total", &found, nullptr, nullptr,
+                         nullptr);
+        EXPECT_EQ(total[i], found) << groups[i];
+        EXPECT_EQ(std::fmod(total[i], groups[i]), 0);
+    }
+}
+
+TEST(Columns, SizesThatAreEnrolledAreThoseOfTheRecord) {
+    const double dropout[] = {0.15, 0.5}, d = 0.5;
+    const char* const given[] = {"dropout", "d"};
+    const statplan_column columns[] = {{dropout, sizeof(double), 1, 0}, {&d, 0, 1, 0}};
+    const auto found = [&](const char* test, const char* output) {
+        std::array<double, 2> values{};
+        EXPECT_EQ(statplan_columns(test, "size", given, columns, 2, 2, output, values.data(), nullptr,
+                                   nullptr, nullptr),
+                  0);
+        return values;
+    };
+    // 64 in each group
+    EXPECT_THAT(found("t-two", "enrolled-n1"), testing::ElementsAre(76, 128));
+    EXPECT_THAT(found("t-two", "enrolled-total"), testing::ElementsAre(152, 256));
+    EXPECT_EQ(
+        answered(R"({"test": "t-two", "question": "size", "d": 0.5, "dropout": 0.15})")["enrolled"]["n2"],
+        76);
 }
 
 TEST(Columns, SeveralAnswersOfASearchComeAtOnce) {
