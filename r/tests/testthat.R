@@ -1,0 +1,4 @@
+library(testthat)
+library(statpower)
+
+test_check("statpower")
