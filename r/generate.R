@@ -85,7 +85,10 @@ answer_of <- function(test, example) {
 }
 
 example_of <- function(test, example) {
-  c(page("# ", example$study), paste0("#' ", answer_of(test, example), "  # ", format(example$value, digits = 10)))
+  code <- gsub(" = ", "\u00a0=\u00a0", answer_of(test, example), fixed = TRUE)  # lines end between arguments
+  code <- gsub("\u00a0", " ", strwrap(code, width - 20, exdent = 2), fixed = TRUE)
+  code[length(code)] <- paste0(code[length(code)], "  # ", format(example$value, digits = 10))
+  c(strwrap(example$study, width - 5, prefix = "#' # "), paste("#'", code))
 }
 
 documentation <- function(test) {

@@ -120,7 +120,8 @@ effect_anova <- function(means = NULL, sd = NULL, f = NULL, groups = NULL, eta2 
 #' @family tests
 #' @examples
 #' # Does the first of four groups differ from the mean of the next two?
-#' power_contrast(means = c(10, 12, 15, 11), coefficients = c(2, -1, -1, 0), sd = 5, n = 15)$power  # 0.5853539351
+#' power_contrast(means = c(10, 12, 15, 11), coefficients = c(2, -1, -1, 0),
+#'   sd = 5, n = 15)$power  # 0.5853539351
 #' # A linear trend over four groups of 50
 #' power_contrast(d = 0.6, coefficients = c(-3, -1, 1, 3), n = 50)$power  # 0.1566749878
 #' @name contrast
@@ -194,7 +195,8 @@ effect_contrast <- function(means = NULL, sd = NULL, coefficients = NULL, psi = 
 #' @family tests
 #' @examples
 #' # Groups 1 and 3 of four groups of 15, Bonferroni's adjustment for 6 pairs
-#' power_pairwise(means = c(10, 12, 15, 11), sd = 5, n = 15, first = 1, second = 3)$power  # 0.506115514
+#' power_pairwise(means = c(10, 12, 15, 11), sd = 5, n = 15, first = 1,
+#'   second = 3)$power  # 0.506115514
 #' # Half-width of a difference between two of four groups of 15
 #' precision_pairwise(sd = 5, groups = 4, n = 15)$halfwidth  # 4.993806572
 #' @name pairwise
@@ -321,8 +323,8 @@ effect_t_one <- function(mean = NULL, sd = NULL, null = 0, d = NULL, n = NULL
 #' J. Cohen, Statistical Power Analysis for the Behavioral Sciences, 2nd ed. (1988), chapter 2
 #' @family tests
 #' @examples
-#' # Pairs that differ by half the standard deviation of their differences, two-sided at 0.05,
-#' power 0.8
+#' # Pairs that differ by half the standard deviation of their differences, two-sided at
+#' # 0.05, power 0.8
 #' power_t_paired(dz = 0.5)$n  # 34
 #' # 40 pairs, a difference of 1.5 with a standard deviation of 4
 #' power_t_paired(diff = 1.5, sd = 4, n = 40)$power  # 0.6379833337
@@ -401,7 +403,8 @@ effect_t_paired <- function(diff = NULL, sd = NULL, sd1 = NULL, sd2 = NULL, corr
 #' # 20 in each group, means one standard deviation apart
 #' power_t_two(diff = 1, sd = 1, n = 20)$power  # 0.8689530277
 #' # 40 and 50 in groups with different standard deviations, Welch's test
-#' power_t_two(diff = 5, sd1 = 8, sd2 = 12, n1 = 40, n2 = 50, variance = "unpooled")$power  # 0.6464371331
+#' power_t_two(diff = 5, sd1 = 8, sd2 = 12, n1 = 40, n2 = 50,
+#'   variance = "unpooled")$power  # 0.6464371331
 #' @name t_two
 NULL
 
@@ -534,7 +537,8 @@ effect_z_one <- function(mean = NULL, sd = NULL, null = 0, d = NULL, n = NULL
 #' @family tests
 #' @examples
 #' # A proportion of 0.95 against 0.9, exact, one-sided at 0.025, power 0.9
-#' power_prop_one(p1 = 0.95, p0 = 0.9, method = "exact", alternative = "one-sided", alpha = 0.025, power = 0.9)$n  # 292
+#' power_prop_one(p1 = 0.95, p0 = 0.9, method = "exact",
+#'   alternative = "one-sided", alpha = 0.025, power = 0.9)$n  # 292
 #' # Wilson's interval of a proportion of 0.3 from 100 observations
 #' precision_prop_one(p1 = 0.3, n = 100)$halfwidth  # 0.08845
 #' @name prop_one
@@ -711,7 +715,8 @@ effect_prop_paired <- function(p10 = NULL, p01 = NULL, p1 = NULL, p2 = NULL, rho
 #' # Proportions of 0.5 and 0.75, two-sided at 0.05, power 0.9
 #' power_prop_two(p1 = 0.5, p2 = 0.75, power = 0.9)$n1  # 77
 #' # The same by Fisher's exact test
-#' power_prop_two(p1 = 0.5, p2 = 0.75, power = 0.9, statistic = "fisher", method = "exact")$n1  # 85
+#' power_prop_two(p1 = 0.5, p2 = 0.75, power = 0.9, statistic = "fisher",
+#'   method = "exact")$n1  # 85
 #' # Newcombe's interval of 56 of 70 against 48 of 80, 0.0524 to 0.3339
 #' precision_prop_two(p1 = 0.8, p2 = 0.6, n1 = 70, n2 = 80)$halfwidth  # 0.14075
 #' @name prop_two
@@ -781,10 +786,12 @@ effect_prop_two <- function(p1 = NULL, p2 = NULL, risk_difference = NULL, risk_r
 #' H. Hotelling, J. R. Statist. Soc. B 15 (1953), 193-232
 #' @family tests
 #' @examples
-#' # A partial correlation of 0.3, 4 variables partialled out: 4 more than 85 observations
+#' # A partial correlation of 0.3, 4 variables partialled out: 4 more than 85
+#' # observations
 #' power_partial(r = 0.3, partialled_out = 4)$n  # 89
 #' # One of 0.3 against 0.1, one-sided, 60 observations, 2 variables partialled out
-#' power_partial(r = 0.3, r0 = 0.1, partialled_out = 2, n = 60, alternative = "one-sided")$power  # 0.4627525153
+#' power_partial(r = 0.3, r0 = 0.1, partialled_out = 2, n = 60,
+#'   alternative = "one-sided")$power  # 0.4627525153
 #' @name partial
 NULL
 
