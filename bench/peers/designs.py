@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Many designs from Python beside statsmodels and R: processor time of a design in nanoseconds, and ratios.
 
-    designs.py [DESIGNS]      with the package statpower on the path, statsmodels, scipy and Rscript
+    designs.py BARE_CALLS      with the package statpower on the path, statsmodels, scipy and Rscript
 
-Peers that take one design at a time are given fewer; each time is the least of several rounds.
+BARE_CALLS: the program that calls the library's functions for the same designs. Peers that take one design at a time are
+given fewer; each time is the least of several rounds.
 """
 
 import math
 import subprocess
 import sys
+import threading
 import time
 
 import numpy as np
@@ -17,7 +19,7 @@ from statsmodels.stats import power as peers
 
 import statpower as sp
 
-DESIGNS = int(sys.argv[1]) if len(sys.argv) > 1 else 100_000
+DESIGNS = 100_000
 ROUNDS, FEW = 5, 200
 
 i = np.arange(DESIGNS)
@@ -103,7 +105,30 @@ def one(call):
     return min(times)
 
 
-design = sp.t_two(n=40, d=0.5)
-many = np.broadcast_to(40.0, 100_000)
-row = timed(lambda: sp.t_two(d=0.5).power(n=many))[0]
-print(f"\nOne design again and again: a call of the method {one(design.power):.0f} ns, a row of an array {row:.0f} ns")
+print(f"\n{'ns':26}{'bare C call':>12}{'row of a ufunc':>16}{'call of the ufunc':>19}{'of the method':>15}")
+bare = dict(line.split("\t") for line in subprocess.run([sys.argv[1]], check=True, capture_output=True,
+                                                         text=True).stdout.splitlines())
+size = n.astype(float)
+for name, design, columns in [("t power", sp.t_two(n=40, d=0.5), (size, d)),
+                              ("two proportions power", sp.prop_two(p1=0.3, p2=0.5, n=40), (p1, p2, size))]:
+    given = ("n", "d") if len(columns) == 2 else ("p1", "p2", "n")
+    ufunc = type(design).ufunc("power", *given)
+    rows = timed(lambda: ufunc(*columns))[0]
+    alone = tuple(float(column[0]) for column in columns)
+    print(f"{name:26}{float(bare[name]):12.0f}{rows:16.0f}{one(lambda: ufunc(*alone)):19.0f}{one(design.power):15.0f}")
+
+
+def in_threads(threads):
+    """Wall time, and processor time, of as many calls as threads, each in one."""
+    call = sp.t_two.ufunc("power", "n", "d")
+    all_of_them = [threading.Thread(target=lambda: [call(size, d) for _ in range(5)]) for _ in range(threads)]
+    wall, processor = time.perf_counter(), time.process_time()
+    for thread in all_of_them:
+        thread.start()
+    for thread in all_of_them:
+        thread.join()
+    return time.perf_counter() - wall, time.process_time() - processor
+
+
+wall, processor = in_threads(8)
+print(f"\nEight threads: {processor / wall:.2f} processors in use")

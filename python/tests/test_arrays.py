@@ -74,6 +74,30 @@ def test_eight_threads_at_once_have_equal_answers() -> None:
             assert np.array_equal(found, np.tile(EXPECTED, 200))
 
 
+def test_two_threads_are_among_their_designs_at_the_same_time() -> None:
+    # While this thread looks, both of the others have begun a call and ended neither.
+    ufunc = sp.t_one.ufunc("power", "n", "d")
+    rows = [np.full(20_000, -1.0), np.full(20_000, -1.0)]
+    seen = threading.Event()
+
+    def work(out: np.ndarray) -> None:
+        while not seen.is_set():
+            out[[0, -1]] = -1
+            ufunc(40.0, np.broadcast_to(0.5, out.shape), out=out)
+
+    threads = [threading.Thread(target=work, args=[out]) for out in rows]
+    for thread in threads:
+        thread.start()
+    give_up = time.monotonic() + 60
+    together = False
+    while not together and time.monotonic() < give_up:
+        together = all(out[0] >= 0 > out[-1] for out in rows)
+    seen.set()
+    for thread in threads:
+        thread.join()
+    assert together
+
+
 @pytest.mark.parametrize("rows", [1, 300])  # NumPy itself releases the lock for long loops only
 def test_other_threads_run_while_a_design_is_computed(rows: int) -> None:
     # Interpreter steps of this thread between the start and the end of a call in another.
