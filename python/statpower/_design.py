@@ -65,6 +65,13 @@ def _alike(columns: dict[str, Any]) -> dict[str, Any]:
             for name, column in columns.items()}
 
 
+def _counted(test: Test, name: str, column: Any) -> Any:
+    """Sizes as whole numbers, unless some design has none."""
+    argument = test.found.get(name)
+    is_count = name == "total" or (argument is not None and argument.kind == "whole")
+    return column.astype(int) if is_count and np.all(np.isfinite(column)) else column
+
+
 def _is_one(argument: Argument, column: Any) -> bool:
     """Is that one design's value, not several designs'?"""
     return getattr(column, "ndim", 0) == (1 if argument.kind == "list" else 0)
@@ -243,7 +250,7 @@ class Design:
         grid = {name: np.asarray(values[name])[row] for name, row in zip(over, rows)}
         names, columns = self._columns(unknown, {**values, **grid, "errors": "nan"}, found)
         table = {**{name: list(map(tuple, column)) if column.ndim > 1 else column for name, column in grid.items()},
-                 **{"reached" if name in grid else name: np.atleast_1d(column)
+                 **{"reached" if name in grid else name: _counted(test, name, np.atleast_1d(column))
                     for name, column in zip(names, columns)}}
         try:
             import pandas

@@ -127,6 +127,12 @@ def test_a_table_has_every_combination() -> None:
     assert list(table["alternative"][:2]) == ["two-sided", "greater"]
 
 
+def test_sizes_of_a_table_are_whole_numbers_where_all_are_found() -> None:
+    assert list(map(str, sp.t_one(d=[0.3, 0.5]).table()["n"])) == ["90", "34"]
+    assert list(map(str, sp.t_one(d=[0.0, 0.5]).table()["n"])) == ["nan", "34.0"]
+    assert list(map(str, sp.anova(f=[0.25], groups=4).table()["total"])) == ["180"]
+
+
 def test_a_table_of_one_design_has_one_row() -> None:
     table = sp.t_one(d=0.5).table(n=20)
     assert list(table) == ["power"]
