@@ -23,22 +23,25 @@ import statpower as sp
 def grid(designs: int, chunks: int) -> tuple[da.Array, da.Array, da.Array]:
     """Differences, standard deviations and sizes whose combinations are that many designs."""
     side = round((designs / 100) ** 0.5)
-    diff = da.linspace(1, 10, side, chunks=-(-side // chunks))[:, None, None]
-    sd = da.linspace(5, 20, side, chunks=-(-side // chunks))[None, :, None]
-    n = da.arange(10, 210, 2, chunks=100)[None, None, :]
+    of_a_chunk = -(-side // chunks)
+    diff = da.from_array(np.linspace(1, 10, side), chunks=of_a_chunk)[:, None, None]
+    sd = da.from_array(np.linspace(5, 20, side), chunks=of_a_chunk)[None, :, None]
+    n = da.from_array(np.arange(10, 210, 2), chunks=100)[None, None, :]
     return diff, sd, n
 
 
-def kill_a_worker(client: Client, powers: da.Array) -> None:
-    """Kills one of the processes that compute the powers, when it has computed some."""
+def without_a_worker(client: Client, powers: da.Array) -> np.ndarray:
+    """The powers, although one of the processes that compute them is killed when it has computed some."""
     before = client.run(os.getpid)
+    powers = powers.persist()
     wait(futures_of(powers), return_when="FIRST_COMPLETED")
     killed = next(iter(before.values()))
     os.kill(killed, signal.SIGKILL)
     done = sum(part.done() for part in futures_of(powers))
     print(f"Killed worker {killed} when {done} of {len(futures_of(powers))} parts were there", file=sys.stderr)
-    wait(futures_of(powers))
+    found = powers.compute()
     assert killed not in client.run(os.getpid).values(), "the worker was not killed"
+    return found
 
 
 def main() -> int:
@@ -51,20 +54,18 @@ def main() -> int:
 
     cluster = None if options.scheduler else LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None)
     with Client(options.scheduler or cluster) as client:
+        design = sp.t_two(variance="pooled")
         diff, sd, n = grid(options.designs, options.chunks)
-        lazy = sp.t_two(variance="pooled").power(diff=diff, sd=sd, n=n)
-        powers = lazy.persist()
+        powers = design.power(diff=diff, sd=sd, n=n).persist()
         progress(powers, notebook=False)
         found = [powers.compute()]
-        if options.kill_a_worker:
-            del powers  # or the second run would find the answers of the first
-            powers = lazy.persist()
-            kill_a_worker(client, powers)
-            found.append(powers.compute())
+        if options.kill_a_worker:  # in other chunks: those of the first run are known
+            diff, sd, n = grid(options.designs, options.chunks + 1)
+            found.append(without_a_worker(client, design.power(diff=diff, sd=sd, n=n)))
     if cluster is not None:
         cluster.close()
 
-    alone = sp.t_two(variance="pooled").power(diff=diff.compute(), sd=sd.compute(), n=n.compute())
+    alone = design.power(diff=diff.compute(), sd=sd.compute(), n=n.compute())
     same = [np.array_equal(powers, alone, equal_nan=True) for powers in found]
     for equal in same:
         print(f"\n{alone.size} designs; {np.mean(alone >= 0.8):.1%} reach a power of 0.8; "

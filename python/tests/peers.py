@@ -331,9 +331,9 @@ def regression_power(v: SimpleNamespace) -> float:
     if v.model == "fixed":
         return noncentral_f(v, df1, df2, v.n * f2)
     half, share = (v.n - 1) / 2, f2 / (1 + f2)
-    x = special.btdtri(df1 / 2, df2 / 2, 1 - v.alpha)
+    x = special.betaincinv(df1 / 2, df2 / 2, 1 - v.alpha)
     k = np.arange(stats.nbinom.isf(1e-16, half, 1 - share) + 1)
-    return float(np.sum(stats.nbinom.pmf(k, half, 1 - share) * special.btdtr(df2 / 2, df1 / 2 + k, 1 - x)))
+    return float(np.sum(stats.nbinom.pmf(k, half, 1 - share) * special.betainc(df2 / 2, df1 / 2 + k, 1 - x)))
 
 
 # ---- All of them ----------------------------------------------------------------------------------------
