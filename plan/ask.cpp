@@ -189,10 +189,14 @@ void run(const statplan_plan& prepared, size_t rows, const statplan_column* colu
         (varies || !given[i]->only.empty() ? checked : same).push_back(given[i]);
     }
     const bool same_wrong = plan.check(values, same).has_value();
+    // Nothing of a row is left for the next: the sizes that it found, say. What only evaluates numbers writes the same
+    // places in every row.
     const Values given_to_all = values;
+    const bool leaves = plan.searches_sizes() || plan.unknown() || plan.question() == "effect" ||
+                        plan.test().sizes.found.front().kind == Kind::list;
     for (size_t& row = answered; row < rows; ++row) {
         const auto r = static_cast<ptrdiff_t>(row);
-        values = given_to_all;  // nothing of the row before: the sizes that it found, say
+        if (leaves) values = given_to_all;
         for (const size_t i : varying) read(i, r);
         Plan::Answer answer;
         const bool has_answer = !same_wrong && !plan.check(values, checked) &&

@@ -482,6 +482,7 @@ bool is_whole(double x) {
 }
 
 inline bool allows(const Argument& a, double x) {
+    if (a.kind == Kind::number) return a.range.holds(x);
     if (a.kind == Kind::choice) return x >= 0 && x < static_cast<double>(a.choices.size()) && is_whole(x);
     return a.range.holds(x) && (!(a.kind == Kind::whole || a.whole_elements) || is_whole(x));
 }

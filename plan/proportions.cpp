@@ -10,8 +10,7 @@ Tails tails_of(const Values& v, double effect) {
     return v.is(alternative, greater) ? Tails::large : Tails::small;
 }
 
-Check check_follows(const Values& v, const Argument& proportion, const Argument& held) {
-    if (kInside01.holds(v[proportion]) || std::isnan(v[held])) return {};
+Check does_not_follow(const Values& v, const Argument& proportion, const Argument& held) {
     for (const Argument* effect : {&risk_difference, &risk_ratio, &odds_ratio, &h})
         if (v.has(*effect))
             return Refusal{.argument = std::string(effect->name),

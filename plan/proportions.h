@@ -71,7 +71,11 @@ inline std::vector<Way> any_of(std::initializer_list<std::vector<Way>> lists) {
 Tails tails_of(const Values& v, double effect);
 
 /// Refuses a measure of effect from which no proportion follows beside the held one.
-Check check_follows(const Values& v, const Argument& proportion, const Argument& held);
+Check does_not_follow(const Values& v, const Argument& proportion, const Argument& held);
+inline Check check_follows(const Values& v, const Argument& proportion, const Argument& held) {
+    if (kInside01.holds(v[proportion]) || std::isnan(v[held])) return {};
+    return does_not_follow(v, proportion, held);
+}
 
 /// The result of a function of the C interface; NaN for its failure values.
 inline double found_power(double power) {

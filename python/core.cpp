@@ -29,7 +29,7 @@ struct Release {
 using Object = std::unique_ptr<PyObject, Release>;
 using Text = std::unique_ptr<char, Release>;
 
-/// Milliseconds of a clock that is read at every design: to some milliseconds where that is cheaper.
+/// Milliseconds of a clock that is read often: to some milliseconds where that is cheaper.
 long long milliseconds() {
 #ifdef CLOCK_MONOTONIC_COARSE
     timespec now;
@@ -50,7 +50,7 @@ class Watch {
   private:
     int look() {
         if (raised_) return 1;
-        const long long now = milliseconds();
+        const long long now = milliseconds();  // each time: the next design may be a slow one
         if (now - last_ < 20) return 0;
         last_ = now;
         const PyGILState_STATE state = PyGILState_Ensure();
