@@ -304,7 +304,7 @@ double upper_t_quantile(double q, double df) {
     if (df > kNormalDf) return -normal_quantile(q);
     if (df == 1) return 1 / std::tan(std::numbers::pi * q);
     const double z = -normal_quantile(q), z2 = z * z;
-    if (df > 26 + 1.5 * z2) return expanded_t(z, df);
+    if (df > 24 + 1.5 * z2) return expanded_t(z, df);
     double start = z;
     if (df >= 3 && z2 < 0.7 * df + 2) {
         start = expanded_t(z, df);
