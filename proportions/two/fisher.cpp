@@ -50,31 +50,38 @@ bool has_quantile(double n1, double n2, int t, double a) {
     return is_group_size(n1) && is_group_size(n2) && is_between_0_and_1(a) && t >= 0;
 }
 
-/// Powers of an odds ratio, those of small counts from a table.
+/// Powers of an odds ratio, those of small counts from a table that grows as far as it is looked at.
 class OddsPowers {
   public:
-    OddsPowers(double odds, int highest) : odds_(odds) {
-        constexpr int kTable = 4096;
-        const int count = std::min(highest + 1, kTable);
-        for (int u = 0; u < count; ++u) powers_.push_back(std::pow(odds, u));
-    }
+    OddsPowers(double odds, int highest) : odds_(odds), size_(std::min(highest + 1, kTable)) {}
     double odds() const { return odds_; }
     double operator()(int u) const {
-        const auto i = static_cast<std::size_t>(u);
-        return i < powers_.size() ? powers_[i] : std::pow(odds_, u);
+        if (u < 0 || u >= size_) return std::pow(odds_, u);
+        fill(u);
+        return powers_[static_cast<std::size_t>(u)];
     }
     double of_fraction(double u) const { return u == 0 ? 1 : std::pow(odds_, u); }
 
     /// The powers of first..last side by side; none where the table does not reach that far.
     std::span<const double> values(int first, int last) const {
-        if (first < 0 || static_cast<std::size_t>(last) >= powers_.size()) return {};
+        if (first < 0 || first > last || last >= size_) return {};
+        fill(last);
         return std::span(powers_).subspan(static_cast<std::size_t>(first),
                                           static_cast<std::size_t>(last - first) + 1);
     }
 
   private:
+    static constexpr int kTable = 4096;
+
+    void fill(int last) const {
+        if (odds_ == 1 && static_cast<std::size_t>(last) >= powers_.size())
+            powers_.resize(static_cast<std::size_t>(size_), 1);
+        for (auto u = static_cast<int>(powers_.size()); u <= last; ++u) powers_.push_back(std::pow(odds_, u));
+    }
+
     double odds_;
-    std::vector<double> powers_;
+    int size_;
+    mutable std::vector<double> powers_;
 };
 
 /// Tables of whole counts with a given total: C(trials1, x1) C(trials2, total - x1) are their weights at odds
@@ -116,7 +123,7 @@ struct WholeTables {
 struct DesignCoefficients {
     DesignCoefficients(double n1, double n2)
         : group1(n1),
-          group2(n2),
+          group2(n2 == n1 ? group1 : Coefficients(n2)),
           fraction1(n1 - group1.trials()),
           fraction2(n2 - group2.trials()),
           whole1(group1, 0),
@@ -337,11 +344,11 @@ class ConditionalDistribution {
         const double odds = odds_power_.odds();
         CountFunction weight = around_mode(
             k, at_k, tables.first() + shift, tables.last() + shift, negligible_ * at_k,
-            [&](int u, double w) {
+            [tables, shift, odds](int u, double w) {
                 const auto ratio = tables.ratio(u - shift - 1, odds);
                 return w * (ratio.denominator / ratio.numerator);
             },
-            [&](int u, double w) {
+            [tables, shift, odds](int u, double w) {
                 const auto ratio = tables.ratio(u - shift, odds);
                 return w * (ratio.numerator / ratio.denominator);
             });
