@@ -21,7 +21,8 @@ STATPOWER_API double _PowerIndSamBinNormalApproxT(double n1, double n2, double p
                                                   double alpha, bool pooled);
 
 /// Likelihood-ratio test: the root of the expected statistic, 2 G, as the distance of two normal
-/// distributions.
+/// distributions. An infinite size is not refused, as in no other approximation: the distance cannot be
+/// computed there, nor its probability, which is then taken as the number that says so.
 STATPOWER_API double _PowerIndSamBinNormalApproxLRT(double n1, double n2, double p1, double p2, int sides,
                                                     double alpha);
 

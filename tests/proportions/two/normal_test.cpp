@@ -135,4 +135,10 @@ TEST(TwoProportionsNormal, AProportionThatTheSlackLeavesAboveOneCountsAsOne) {
     EXPECT_GE((Design{n1, 30, p1, 0.9}.fisher()), 0);
 }
 
+TEST(TwoProportionsNormal, TheLikelihoodRatioTakesWhatIsMissingAtAnInfiniteSizeAsANumber) {
+    // Failures of the distributions are not looked for: 1 - Phi(z - L).
+    EXPECT_EQ(_PowerIndSamBinNormalApproxLRT(testing_support::kInfinity, 20, 0.2, 0.5, 1, 0.05),
+              1 - testing_support::kMissing);
+}
+
 }  // namespace
