@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "anova/anova.h"
+#include "anova/one_way.h"
 #include "anova/plot_range.h"
-#include "anova/refused_axes.h"
 #include "statpower/anova.h"
 #include "support/curves.h"
 #include "support/table.h"
@@ -391,15 +391,7 @@ TEST(OverallFCurveOverDeviation, EndsExactlyAtItsUpperEnd) {
 TEST(OverallFCurveOverDeviation, TakesBothEndsFromTheDefaultRangeWhenEitherIsZero) {
     // Means 0, 1, 2 with sizes 10, 10, 20: grand mean 1.25, D^2 = 15.625 + 0.625 + 11.25.
     const double d = std::sqrt(27.5);
-    const struct { double min, max; } open[] = {{0, 0}, {0, 3}, {-2, 0}};
-    for (const auto& range : open) {
-        Request r = with([&](Request& q) { q.sd_min = range.min, q.sd_max = range.max; });
-        for (const auto& axis : {take(r.over_sd()).x, take(r.over_n_and_sd()).y}) {
-            EXPECT_EQ(axis.size(), 5u);
-            EXPECT_EQ(axis.front(), d / 5);
-            EXPECT_EQ(axis.back(), 5 * d);
-        }
-    }
+    expect_default_deviations<Request>(d);
 }
 
 TEST(OverallFCurveOverDeviation, IsEmptyWhereEqualMeansGiveADefaultRangeOfZeroWidth) {

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <thread>
 
+#include "anova/one_way.h"
 #include "statpower/anova.h"
 #include "support/table.h"
 #include "support/values.h"
@@ -275,20 +276,7 @@ TEST(OverallFSize, ResizesTheVectorToOneElementAGroup) {
 }
 
 TEST(OverallFSize, RefusedArgumentsAreMissingAndLeaveTheVectorUntouched) {
-    for (Design d : {kAlphaZero, kAlphaOne, kAlphaNaN, kOneGroup}) {
-        std::vector<double> sizes = {7, 8};
-        EXPECT_MISSING(d.size(&sizes));
-        EXPECT_MISSING(d.size_es(&sizes));
-        EXPECT_MISSING(d.size_half_width(&sizes));
-        EXPECT_THAT(sizes, ElementsAre(7, 8));
-    }
-    for (Design d : {kSigmaZero, kSigmaNaN}) {
-        std::vector<double> sizes = {7, 8};
-        EXPECT_MISSING(d.size(&sizes));
-        EXPECT_MISSING(d.size_half_width(&sizes));
-        EXPECT_THAT(sizes, ElementsAre(7, 8));
-        EXPECT_PRESENT(d.size_es(&sizes));  // which has no sigma
-    }
+    expect_refused_sizes({kAlphaZero, kAlphaOne, kAlphaNaN, kOneGroup}, {kSigmaZero, kSigmaNaN});
 }
 
 TEST(OverallFSize, DoesNotCheckTheTargetPower) {

@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "anova/contrast.h"
+#include "anova/one_way.h"
 #include "anova/plot_range.h"
-#include "anova/refused_axes.h"
 #include "statpower/anova.h"
 #include "support/curves.h"
 
@@ -279,15 +279,7 @@ TEST(ContrastCurveOverDeviation, EndsExactlyAtItsUpperEnd) {
 TEST(ContrastCurveOverDeviation, TakesBothEndsFromTheDefaultRangeWhenEitherIsZero) {
     // Means 0, 1, 3 with sizes 10, 10, 20: grand mean 1.75, D^2 = 30.625 + 5.625 + 31.25.
     const double d = std::sqrt(67.5);
-    const struct { double min, max; } open[] = {{0, 0}, {0, 3}, {-2, 0}};
-    for (const auto& range : open) {
-        Request r = with([&](Request& q) { q.sd_min = range.min, q.sd_max = range.max; });
-        for (const auto& axis : {take(r.over_sd()).x, take(r.over_n_and_sd()).y}) {
-            EXPECT_EQ(axis.size(), 5u);
-            EXPECT_EQ(axis.front(), d / 5);
-            EXPECT_EQ(axis.back(), 5 * d);
-        }
-    }
+    expect_default_deviations<Request>(d);
 }
 
 TEST(ContrastCurveOverDeviation, HoldsTheMissingValueWhereItIsNotPositiveAndRepairsNothingThere) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <limits>
 
+#include "anova/one_way.h"
 #include "statpower/anova.h"
 #include "support/table.h"
 #include "support/values.h"
@@ -368,20 +369,7 @@ TEST(ContrastSize, ResizesTheVectorToOneElementAGroup) {
 }
 
 TEST(ContrastSize, RefusedArgumentsAreMissingAndLeaveTheVectorUntouched) {
-    for (Design d : {kAlphaZero, kAlphaOne, kAlphaNaN, kOneGroup}) {
-        std::vector<double> sizes = {7, 8};
-        EXPECT_MISSING(d.size(&sizes));
-        EXPECT_MISSING(d.size_es(&sizes));
-        EXPECT_MISSING(d.size_half_width(&sizes));
-        EXPECT_THAT(sizes, ElementsAre(7, 8));
-    }
-    for (Design d : {kSigmaZero, kSigmaNaN}) {
-        std::vector<double> sizes = {7, 8};
-        EXPECT_MISSING(d.size(&sizes));
-        EXPECT_MISSING(d.size_half_width(&sizes));
-        EXPECT_THAT(sizes, ElementsAre(7, 8));
-        EXPECT_PRESENT(d.size_es(&sizes));  // which has no sigma
-    }
+    expect_refused_sizes({kAlphaZero, kAlphaOne, kAlphaNaN, kOneGroup}, {kSigmaZero, kSigmaNaN});
 }
 
 TEST(ContrastSize, AFailedSearchGoesThroughTheRoundingAndGivesTheSmallestAllocation) {
