@@ -27,6 +27,9 @@ constexpr int kMaxTerms = 200;
 constexpr double kNearEnd = 1.25;   // (a + b) x
 constexpr double kSmallTail = 0.2;  // to be computed by itself
 constexpr double kRounding = 1e-17, kFarOff = 1;
+constexpr double kLargeShape = 1000;
+constexpr double kNormalVariance =
+    1e-20;                          // of log F, below which its normal start is all that a double can tell
 constexpr double kNormalDf = 1e20;  // degrees of freedom from which t is normal in double precision
 
 /// log B(a, b).
@@ -194,8 +197,8 @@ double x_at(double f, double a, double b) {
 /// Solves P(F <= f) = p, 1 - p = q, from the start f.
 Quantile solve(double a, double b, double p, double q, double f) {
     const double variance = 1 / a + 1 / b;  // of log F, about
-    if (variance < 1e-34) return {1, x_at(1, a, b)};
     f = std::clamp(f, kSmallestF, kLargestF);
+    if (variance < kNormalVariance) return {f, x_at(f, a, b)};
     double low = kSmallestF / 2, high = 2 * kLargestF;  // bracket of the solution
     for (int i = 0; i < kMaxIterations; ++i) {
         count_step();
@@ -251,8 +254,11 @@ double gamma_like_odds(double a, double b, double z) {
 double f_start(double a, double b, double p, double q) {
     if (a > 0.7 && b > 0.7) {
         const double z = p < q ? rough_normal_quantile(p) : -rough_normal_quantile(q);
-        if (const double odds = a < b ? gamma_like_odds(a, b, z) : 0; odds > 0) return odds * (b / a);
-        if (const double odds = b < a ? gamma_like_odds(b, a, -z) : 0; odds > 0) return b / a / odds;
+        // Of two large parameters the gamma-like start may be many standard deviations off, though no more of log F.
+        if (const double odds = a < std::min(b, kLargeShape) ? gamma_like_odds(a, b, z) : 0; odds > 0)
+            return odds * (b / a);
+        if (const double odds = b < std::min(a, kLargeShape) ? gamma_like_odds(b, a, -z) : 0; odds > 0)
+            return b / a / odds;
         // Abramowitz and Stegun 26.5.22
         const double ra = 1 / (2 * a - 1), rb = 1 / (2 * b - 1), h = 2 / (ra + rb), l = (z * z - 3) / 6;
         if (h + l > 0) {

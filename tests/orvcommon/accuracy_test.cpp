@@ -117,6 +117,17 @@ TEST(BinomialQuantile, IsDecidedByAllDigitsHoweverNearAProbabilityIsToATie) {
     EXPECT_EQ(status, 0);
 }
 
+TEST(FQuantile, OfManyDegreesOfFreedomHasANormalLogarithm) {
+    const double many[] = {1e9, 1e13, 1e15, 1e18, 3e20, 1e24, 1.7e31, 8.5e29, 1e36, 1e47, 1e59};
+    for (double df1 : many)
+        for (double df2 : many)
+            for (double p : {1e-23, 0.011, 0.3, 0.9999, 0.99999998}) {
+                const double z = OrvDistFun::IdfStdNorm(p), sd = std::sqrt(2 / df1 + 2 / df2);
+                EXPECT_NEAR(OrvDistFun::IdfF(p, df1, df2), 1 + z * sd, 1e-15 + 4 * (1 + z * z) * sd * sd)
+                    << p << ' ' << df1 << ' ' << df2;
+            }
+}
+
 TEST(FQuantile, OfOneNumeratorDegreeOfFreedomIsTheSquareOfATQuantile) {
     for (double df : {1.0, 2.5, 7.0, 60.0, 1e5})
         for (double p : {0.2, 0.5, 0.9, 0.99}) {
