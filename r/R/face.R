@@ -45,6 +45,15 @@ print_values <- function(values, digits) {
         sep = "\n")
 }
 
+# A name that an answer does not have is no silent NULL.
+#' @export
+`$.statpower` <- function(x, name) {
+  values <- unclass(x)
+  if (!name %in% c(names(values), "note", "method"))
+    warning(sprintf("this answer has no %s; it has %s", name, toString(setdiff(names(values), "note"))), call. = FALSE)
+  values[[name, exact = TRUE]]
+}
+
 values_in <- function(x) unclass(x)[setdiff(names(x), "note")]
 
 count_designs <- function(x) {
@@ -77,7 +86,7 @@ as.data.frame.statpower <- function(x, row.names = NULL, optional = FALSE, ...) 
   design <- attr(x, "design")
   target <- target_of(x)
   goal <- design$given[[target]]
-  if (is.null(goal) && !is.null(design$record)) goal <- design$record$asked[[target]]
+  if (is.null(goal) && !is.null(design$record)) goal <- in_names(design$record$asked)[[target]]
   if (!is.null(goal)) columns$target <- rep_len(goal, rows)
   frame <- structure(columns, class = "data.frame", row.names = .set_row_names(rows))
   if (!is.null(row.names)) row.names(frame) <- row.names

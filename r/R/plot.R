@@ -95,6 +95,7 @@ curves <- function(x, over, call) {
   })
   lines <- do.call(rbind, lines[!duplicated(lapply(lines, `[`, c("over", "reached")))])
   lines <- lines[is.finite(lines$reached), , drop = FALSE]
+  if (nrow(lines) == 0) stop(refusal("x", "has no answer that could be drawn", call))
   lines$line <- factor(lines$line, unique(lines$line))
   targets <- if (measure %in% names(design$given)) unique(design$given[[measure]])
              else if (!is.null(table$target)) unique(table$target)

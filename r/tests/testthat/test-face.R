@@ -49,6 +49,11 @@ test_that("answers print like those of R's own power functions", {
   expect_match(table, "alternative = two-sided", all = FALSE)
 })
 
+test_that("a name that an answer does not have is a warning", {
+  expect_warning(nothing <- power_t_two(d = 0.5)$n, "has no n; it has n1, n2")
+  expect_null(nothing)
+})
+
 test_that("many designs are printed in part", {
   shown <- printed(power_t_one(n = 10:109, d = 0.5))
   expect_match(shown, "^... and 80 more designs", all = FALSE)
@@ -121,7 +126,7 @@ test_that("dropouts are enrolled, in one design and in many", {
   many <- power_t_two(d = 0.5, dropout = c(0, 0.15))
   expect_equal(one$enrolled_n1, 76)  # ceiling(64 / 0.85)
   expect_equal(many$enrolled_n1, c(64, 76))
-  expect_null(power_t_two(d = c(0.5, 0.6))$enrolled_n1)
+  expect_false("enrolled_n1" %in% names(power_t_two(d = c(0.5, 0.6))))
   expect_equal(power_anova(f = 0.25, groups = 4, dropout = c(0.1, 0.1))$enrolled_total, c(200, 200))
 })
 
@@ -168,6 +173,8 @@ test_that("functions may be called from others", {
   later <- function(d, n) power_t_one(d = d, n = n)
   expect_equal(later(d = 0.5)$n, 34)  # an argument that was not given there is not given here
   expect_equal(do.call(power_t_one, list(d = 0.5))$n, 34)
+  wanted <- function(power = 0.9) power_t_one(d = 0.5, power = power)
+  expect_equal(wanted()$n, 44)  # power.t.test(delta = 0.5, power = 0.9, type = "one.sample")
 })
 
 test_that("the user's interrupt stops a long search", {

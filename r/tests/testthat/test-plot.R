@@ -33,6 +33,7 @@ test_that("designs are lines, and those that differ only in their target are one
 test_that("what cannot be drawn over is refused", {
   expect_error(drawn(power_t_one(d = 0.5), over = "alternative"), "alternative", class = "statpower_refusal")
   expect_error(drawn(power_t_one(d = 0.5), over = "mu"), "mu", class = "statpower_refusal")
+  expect_error(drawn(power_t_one(d = NA, n = 20)), "no answer", class = "statpower_refusal")
 })
 
 test_that("autoplot makes the same figure with ggplot2", {
