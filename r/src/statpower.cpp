@@ -213,7 +213,7 @@ SEXP statpower_run(SEXP test, SEXP unknown, SEXP columns, SEXP outputs, SEXP row
 /// The address of a function as R keeps it.
 template <typename Function>
 DL_FUNC called(Function* function) {
-    return reinterpret_cast<DL_FUNC>(function);
+    return reinterpret_cast<DL_FUNC>(reinterpret_cast<void (*)()>(function));
 }
 
 const R_CallMethodDef kCalls[] = {{"statpower_catalogue", called(statpower_catalogue), 0},
