@@ -78,12 +78,13 @@ class Boundary {
   public:
     Boundary(const TwoProportions& test, double n1, double n2, int first, int last, Cancel* cancel)
         : first_(first), cancel_(cancel) {
-        rejected_.reserve(static_cast<std::size_t>(last - first + 1));
+        const int length = last - first + 1;
+        rejected_.reserve(static_cast<std::size_t>(length));
         if (test.statistic == TwoProportions::fisher)
             walk(test, n1, n2, last);
         else
             search({test, n1, n2}, static_cast<int>(n2), last);
-        rejected_.resize(static_cast<std::size_t>(last - first + 1));
+        rejected_.resize(static_cast<std::size_t>(length));
     }
     int operator[](int x1) const { return rejected_[static_cast<std::size_t>(x1 - first_)]; }
 

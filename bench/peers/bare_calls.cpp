@@ -33,6 +33,7 @@ int main() {
         double n, d, p1, p2;
     };
     std::vector<Design> designs;
+    designs.reserve(kDesigns);
     for (int i = 0; i < kDesigns; ++i)
         designs.push_back({10.0 + i % 190, 0.2 + i % 7 * 0.1, 0.2 + i % 9 * 0.05, 0.5 + i % 4 * 0.1});
     measure("t power", [&](int i) {
