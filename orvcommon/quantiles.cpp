@@ -287,7 +287,8 @@ Quantile quantile(double a, double b, double p, double q) {
         return {limited(f), x_at(f, a, b)};
     }
     const Quantile solution = solve(a, b, p, q, f_start(a, b, p, q));
-    return {limited(solution.f), solution.x};
+    const double f = limited(solution.f);
+    return {f, f > 0 && f < std::numeric_limits<double>::infinity() ? solution.x : x_at(f, a, b)};
 }
 
 /// t that belongs to the normal quantile z, by the expansion of student_table.h.
@@ -345,7 +346,9 @@ double t_quantile(double p, double df) {
 }
 
 double beta_quantile(double p, double a, double b) {
-    return quantile(a, b, p, 1 - p).x;
+    const Quantile solution = quantile(a, b, p, 1 - p);
+    const auto is_limited = [](double shape) { return shape < kTinyParameter || shape > kHugeParameter; };
+    return is_limited(a) || is_limited(b) ? x_at(solution.f, a, b) : solution.x;
 }
 
 }  // namespace orvmath

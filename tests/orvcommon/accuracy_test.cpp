@@ -128,6 +128,14 @@ TEST(FQuantile, OfManyDegreesOfFreedomHasANormalLogarithm) {
             }
 }
 
+TEST(BetaQuantile, OfParametersBeyondAllUseIsTheMean) {
+    for (double p : {0.01, 0.3, 0.9})
+        for (double a : {1e40, 1e59, 1e61, 1e120, 1e250}) {
+            EXPECT_NEAR(OrvDistFun::IdfBeta(p, a, 3 * a), 0.25, 1e-15) << p << ' ' << a;
+            EXPECT_NEAR(OrvDistFun::IdfBeta(p, 3 * a, a), 0.75, 1e-15) << p << ' ' << a;
+        }
+}
+
 TEST(FQuantile, OfOneNumeratorDegreeOfFreedomIsTheSquareOfATQuantile) {
     for (double df : {1.0, 2.5, 7.0, 60.0, 1e5})
         for (double p : {0.2, 0.5, 0.9, 0.99}) {
