@@ -180,7 +180,7 @@ struct Argument<int> {
         value = to_int(d.number(role));
         // Arrays have k elements: a k beyond them is the caller's own overrun.
         if (role == "k") d.k = value = std::min(value, 40);
-        if (role == "i" || role == "j") value = std::min(value, d.k - 1);
+        if (role == "i" || role == "j") value = std::min(value, std::max(d.k, 0) - 1);
     }
     int get() { return value; }
     int value;
