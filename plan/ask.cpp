@@ -72,7 +72,8 @@ Outcome<Output> output_of(const Plan& plan, std::string_view name) {
     const Argument& reached = plan.is_precision() ? common::half_width : common::power;
     if (name == reached.name) return Output{.what = Output::reached};
     if (name == "other") return Output{.what = Output::other};
-    if (name == common::level.name && test.level) return Output{.what = Output::level};
+    const bool has_power = !plan.is_precision() && plan.question() != "effect";
+    if (name == common::level.name && test.level && has_power) return Output{.what = Output::level};
     if (name.starts_with(kGuaranteed)) {
         const auto& found = test.sizes.found;
         for (std::size_t i = 0; i < found.size(); ++i)

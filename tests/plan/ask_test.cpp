@@ -256,6 +256,16 @@ TEST(Columns, WhatCannotBePreparedIsRefused) {
     statplan_free(refusal);
 }
 
+TEST(Columns, OnlyAPowerHasAnActualLevel) {
+    const char* const given[] = {"p1", "p2", "method"};
+    const char* const outputs[] = {"level"};
+    for (const char* unknown : {"effect", "halfwidth"})
+        EXPECT_EQ(statplan_prepare("prop-two", unknown, given, 3, outputs, 1, nullptr), nullptr) << unknown;
+    statplan_plan* plan = statplan_prepare("prop-two", "size", given, 3, outputs, 1, nullptr);
+    EXPECT_NE(plan, nullptr);
+    statplan_release(plan);
+}
+
 TEST(Columns, StopWhereTheyAreToldTo) {
     const std::vector<double> n(1000, 10);
     std::vector<double> power(1000, 7);
