@@ -178,13 +178,11 @@ table_found <- function(test, measure, settled, given, rows, missing, call) {
 # numbers, what is reached, and choices.
 statpower <- function(x, test, measure, settled, given, record) {
   arguments <- test$questions[[measure]]
-  place <- vapply(names(x), function(name) {
-    if (sub("^enrolled_", "", name) %in% test$sizes) 1
-    else if (name == test$targets[[measure]]) 4
-    else if (!name %in% names(arguments)) 3
-    else if (arguments[[name]]$kind == "choice") 5
-    else 2
-  }, 0)
+  is_choice <- vapply(arguments, `[[`, "", "kind") == "choice"
+  place <- ifelse(sub("^enrolled_", "", names(x)) %in% test$sizes, 1,
+           ifelse(names(x) == test$targets[[measure]], 4,
+           ifelse(!names(x) %in% names(arguments), 3,
+           ifelse(names(x) %in% names(arguments)[is_choice], 5, 2))))
   x <- x[order(place, startsWith(names(x), "enrolled_"), match(names(x), unique(c(test$sizes, names(arguments)))))]
   structure(c(x, list(note = notes_of(test, settled, record))),
             class = c("statpower", "power.htest"),

@@ -63,6 +63,7 @@ catalogue <- function() {
 # A sentence of the planner with the names of tests and arguments as R spells them.
 in_r <- function(text) {
   catalogue()
-  for (word in the$hyphenated) text <- gsub(paste0("\\b", word, "\\b"), spelled(word), text)
+  for (word in the$hyphenated)
+    if (any(grepl(word, text, fixed = TRUE))) text <- gsub(paste0("\\b", word, "\\b"), spelled(word), text)
   text
 }
