@@ -1,4 +1,4 @@
-# Designs from R beside R's own power functions and pwr: elapsed time and ratios, in one run.
+# Designs from R beside R's own power functions and pwr: processor time and ratios, in one run.
 #
 #   R_LIBS=LIBRARY Rscript bench/peers/designs.R [DESIGNS]     LIBRARY has statpower; pwr is installed
 
@@ -9,15 +9,12 @@ i <- seq_len(designs)
 n <- 10 + i %% 190
 d <- 0.2 + i %% 7 * 0.1
 
-# Seconds of one call: the least of some rounds, each long enough to be measured.
+# Processor seconds of one call: the least of some rounds, each long enough to be measured.
 seconds <- function(call, rounds = 7) {
   count <- 1
-  repeat {
-    taken <- system.time(for (k in seq_len(count)) call())[["elapsed"]]
-    if (taken > 0.2) break
-    count <- count * 4
-  }
-  min(taken, replicate(rounds, system.time(for (k in seq_len(count)) call())[["elapsed"]])) / count
+  taken_by <- function() sum(system.time(for (k in seq_len(count)) call())[1:2])
+  while ((taken <- taken_by()) < 0.2) count <- count * 4
+  min(taken, replicate(rounds, taken_by())) / count
 }
 
 # The peers' scalar functions are given fewer designs; their time is that of one times the number.

@@ -85,6 +85,9 @@ settle <- function(test, measure, unknown, given, left, call) {
                else if (measure == "precision" && !target %in% names(given)) target
                else ""
   } else {
+    known <- c(names(arguments), "size")
+    if (!is.character(unknown) || length(unknown) != 1 || !unknown %in% known)
+      stop(refusal("unknown", paste("is not one of", toString(known)), call))
     unknown <- in_words(test, measure, unknown)
   }
   words <- in_words(test, measure, names(given))

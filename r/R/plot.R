@@ -64,9 +64,12 @@ curves <- function(x, over, call) {
   rows <- count_designs(x)
   table <- as.data.frame(x)
   values <- NULL
-  if (is.list(over)) {
+  named <- is.list(over) && length(over) == 1 && !is.null(names(over))
+  if (!is.null(over) && !named && !(is.character(over) && length(over) == 1))
+    stop(refusal("over", "is neither a name nor a list like list(name = values)", call))
+  if (named) {
     values <- over[[1]]
-    over <- names(over)[1]
+    over <- names(over)
   }
   if (is.null(over)) {
     sizes <- Filter(function(name) arguments[[name]]$kind == "whole", intersect(test$sizes, names(arguments)))

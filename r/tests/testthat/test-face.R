@@ -29,6 +29,8 @@ test_that("several numbers that are NULL are refused, and unknown says which one
   expect_error(precision_t_two(n = 20, sd = 3, halfwidth = 2, confidence = NULL, ratio = NULL), class = "statpower_refusal")
   expect_equal(power_t_two(n = 20, d = 0.8, power = 0.8, unknown = "alpha"),
                power_t_two(n = 20, d = 0.8, power = 0.8, alpha = NULL))
+  for (unknown in list("nonsense", c("d", "alpha"), NA, 3))
+    expect_error(power_t_two(n = 20, d = 0.8, unknown = unknown), "unknown", class = "statpower_refusal")
 })
 
 test_that("answers print like those of R's own power functions", {

@@ -33,6 +33,8 @@ test_that("designs are lines, and those that differ only in their target are one
 test_that("what cannot be drawn over is refused", {
   expect_error(drawn(power_t_one(d = 0.5), over = "alternative"), "alternative", class = "statpower_refusal")
   expect_error(drawn(power_t_one(d = 0.5), over = "mu"), "mu", class = "statpower_refusal")
+  for (over in list(3, list(10), list(n = 1:3, d = 1), c("n", "d")))
+    expect_error(drawn(power_t_one(d = 0.5), over), "over", class = "statpower_refusal")
   expect_error(drawn(power_t_one(d = NA, n = 20)), "no answer", class = "statpower_refusal")
 })
 
