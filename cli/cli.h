@@ -6,7 +6,6 @@
 #include <map>
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -25,15 +24,20 @@ using Names = std::vector<std::string_view>;
 inline constexpr int kAnswered = 0, kNoAnswer = 1, kRefused = 2, kInterrupted = 130;
 
 /// Ends the program with a message and an exit status.
-struct Failure : std::runtime_error {
-    Failure(int exit_status, const std::string& message) : std::runtime_error(message), status(exit_status) {}
+struct Failure {
     int status;
+    statplan::Refusal refusal;
 };
+Failure refused(std::string_view word, std::string reason);
+Failure failed(std::string reason);
 
-/// "--sd: -1 is not greater than 0"
-std::string message(const statplan::Refusal& refusal);
-/// "; did you mean --es?", nothing where no word is near.
-std::string did_you_mean(std::string_view word, const Names& known, const std::string& dashes = "");
+/// What an outcome holds; a refusal ends the program.
+template <typename T>
+T&& checked(statplan::Outcome<T>&& outcome) {
+    if (outcome) return std::move(*outcome);
+    throw Failure{outcome.refusal().kind == statplan::Refusal::refused ? kRefused : kNoAnswer,
+                  outcome.refusal()};
+}
 
 // ---- Words (words.cpp) -----------------------------------------------------------------------------------
 
@@ -41,8 +45,7 @@ std::string did_you_mean(std::string_view word, const Names& known, const std::s
 struct Option {
     std::string_view name, value, meaning;  // no value: a flag
 };
-std::span<const Option> question_options();
-std::span<const Option> run_options();
+extern const std::vector<Option> question_options, run_options;
 
 struct Words {
     std::vector<std::pair<std::string, std::string>> given;  // of questions, in their order
@@ -72,7 +75,7 @@ void keep_standard_files();
 /// From now on Ctrl-C ends the program at once, with one line.
 void end_on_interrupt();
 
-/// While it lives Ctrl-C waits: for what must stay whole, and always in threads that start meanwhile.
+/// While it lives Ctrl-C waits, for what must stay whole.
 struct Uninterrupted {
     Uninterrupted();
     ~Uninterrupted();
@@ -92,7 +95,6 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 File open(const std::string& name, const char* mode);
-File temporary();
 
 /// Writes all of a text; a failure says why not.
 void write(std::FILE* file, std::string_view text, const std::string& name);
@@ -106,17 +108,18 @@ int run_program(std::vector<std::string> command, std::FILE* input, std::FILE* o
 
 // ---- What it does ----------------------------------------------------------------------------------------
 
-/// The commands beside the tests.
+/// The commands beside the tests; those without a meaning are not listed.
 struct Command {
     std::string_view name, meaning;
+    int (*act)(Arguments);
 };
-std::span<const Command> commands();
+extern const std::vector<Command> commands;
 
 /// The test of a question.
 const statplan::Test& test_asked(const std::string& test, const std::string& question);
 
 int help(Arguments topic);
-int manual();
+int manual(Arguments);
 /// The words that may stand next behind those of a command line, each with its meaning, for shells.
 int complete(Arguments arguments);
 

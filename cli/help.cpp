@@ -26,8 +26,8 @@ Page front_page() {
            "0 answered, 1 no answer or some rows refused, 2 refused, 130 stopped by Ctrl-C."}}}};
     std::ranges::copy(statplan::overview(), std::back_inserter(page));
     page.push_back({"More", {}});
-    for (const auto& [name, meaning] : commands())
-        page.back().lines.push_back({std::string(name), std::string(meaning)});
+    for (const auto& [name, meaning, act] : commands)
+        if (!meaning.empty()) page.back().lines.push_back({std::string(name), std::string(meaning)});
     return page;
 }
 
@@ -41,21 +41,11 @@ Page page_of_run() {
            "behind the columns of the designs, named as in a record, with found- before a name that is a "
            "column already. A row that is refused says why in the column refusal, and the exit status is 1. "
            "The file - is standard input."}}}};
-    add_options(page, run_options());
+    add_options(page, run_options);
     return page;
 }
 
 }  // namespace
-
-std::span<const Command> commands() {
-    static constexpr Command all[] = {{"run", "Answer a table of designs: run designs.csv -o answers.csv"},
-                                      {"page", "Open the planner's page in a browser"},
-                                      {"help", "Explain: help, help TEST, help TEST QUESTION, help run"},
-                                      {"man", "Print the manual page"},
-                                      {"--catalogue", "Print the description of all tests as JSON"},
-                                      {"--version", "Print the version"}};
-    return all;
-}
 
 int help(Arguments topic) {
     const bool markdown = !topic.empty() && topic.back() == "--markdown";  // for the pages of docs
@@ -64,15 +54,15 @@ int help(Arguments topic) {
     if (page.empty()) {
         const bool asks = topic.size() > 1;
         page = statplan::explained(test_asked(topic[0], asks ? topic[1] : "power"), asks ? topic[1] : "");
-        if (topic.size() > 1) add_options(page, question_options());
+        if (topic.size() > 1) add_options(page, question_options);
     }
     return print(markdown ? to_markdown(page) : to_text(page));
 }
 
-int manual() {
+int manual(Arguments) {
     const std::string version(statplan::version());
     Page output;
-    add_options(output, question_options());
+    add_options(output, question_options);
     std::string all =
         ".TH STATPOWER 1 \"\" \"statpower " + version +
         "\" \"User Commands\"\n.SH NAME\nstatpower \\- power, sample size, precision and effects of "
@@ -92,7 +82,8 @@ int complete(Arguments arguments) {
     const bool runs = !arguments.empty() && arguments[0] == "run";
     if (arguments.empty()) {
         for (const statplan::Test* each : statplan::catalogue()) offer(each->name, each->title);
-        for (const auto& [name, meaning] : commands()) offer(name, meaning);
+        for (const auto& [name, meaning, act] : commands)
+            if (!meaning.empty()) offer(name, meaning);
     } else if (test && arguments.size() == 1) {
         for (const auto& [word, meaning] : statplan::questions(*test)) offer(word, meaning);
     } else if (test || runs) {
@@ -102,7 +93,7 @@ int complete(Arguments arguments) {
         if (argument) {
             for (const std::string_view choice : argument->choices) offer(choice, "");
         } else {
-            for (const auto& option : runs ? run_options() : question_options())
+            for (const auto& option : runs ? run_options : question_options)
                 offer(option.name, option.meaning, "--");
             for (const auto* a : test ? statplan::arguments(*test) : std::vector<const statplan::Argument*>())
                 offer(a->name, a->meaning, "--");

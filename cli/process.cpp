@@ -17,23 +17,18 @@ namespace cli {
 
 namespace {
 
-std::atomic<bool> line_shown = false;
+std::atomic<bool> line_shown = false, held = false, waits = false, ended = false;
 
 void say(std::string_view text) {
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
 }
 
 extern "C" void interrupted(int) {
+    waits = true;
+    if (held || ended.exchange(true)) return;
     if (line_shown) say("\r\033[K");
     say("statpower: interrupted\n");
     _exit(kInterrupted);
-}
-
-void block_interrupt(int how) {
-    sigset_t interrupt;
-    sigemptyset(&interrupt);
-    sigaddset(&interrupt, SIGINT);
-    pthread_sigmask(how, &interrupt, nullptr);
 }
 
 }  // namespace
@@ -49,15 +44,15 @@ void end_on_interrupt() {
 }
 
 Uninterrupted::Uninterrupted() {
-    block_interrupt(SIG_BLOCK);
+    held = true;
 }
 Uninterrupted::~Uninterrupted() {
-    block_interrupt(SIG_UNBLOCK);
+    held = false;
+    if (waits) interrupted(SIGINT);
 }
 
 Progress::Progress(std::function<std::string(double)> line) {
     if (isatty(STDERR_FILENO) != 1) return;
-    const Uninterrupted inherited;
     display_ = std::jthread([line = std::move(line)](const std::stop_token& stop) {
         const auto start = std::chrono::steady_clock::now();
         std::mutex mutex;
@@ -76,7 +71,7 @@ Progress::Progress(std::function<std::string(double)> line) {
 void write(std::FILE* file, std::string_view text, const std::string& name) {
     const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
     if (!written || std::fflush(file) != 0)
-        throw Failure(kNoAnswer, "cannot write " + statplan::escaped(name) + ": " + std::strerror(errno));
+        throw failed("cannot write " + statplan::escaped(name) + ": " + std::strerror(errno));
 }
 
 int print(std::string_view text) {
@@ -86,14 +81,7 @@ int print(std::string_view text) {
 
 File open(const std::string& name, const char* mode) {
     File file(std::fopen(name.c_str(), mode));
-    if (!file)
-        throw Failure(kNoAnswer, "cannot open " + statplan::escaped(name) + ": " + std::strerror(errno));
-    return file;
-}
-
-File temporary() {
-    File file(std::tmpfile());
-    if (!file) throw Failure(kNoAnswer, "there is no room for a temporary file");
+    if (!file) throw failed("cannot open " + statplan::escaped(name) + ": " + std::strerror(errno));
     return file;
 }
 

@@ -5,32 +5,27 @@
 
 namespace cli {
 
-std::span<const Option> question_options() {
-    static constexpr Option options[] = {{"csv", "", "Print CSV"},
-                                         {"json", "", "Print JSON"},
-                                         {"ndjson", "", "Print JSON, a line for each row"},
-                                         {"digits", "COUNT", "Significant digits, 1 to 17"},
-                                         {"report", "", "Print a sentence for a protocol or a paper"},
-                                         {"chart", "", "Draw the table in the terminal (needs gnuplot)"},
-                                         {"svg", "FILE", "Draw the table to a file (needs gnuplot)"},
-                                         {"png", "FILE", "Draw the table to a file (needs gnuplot)"},
-                                         {"help", "", "Explain the question"}};
-    return options;
-}
+const std::vector<Option> question_options{{"csv", "", "Print CSV"},
+                                           {"json", "", "Print JSON"},
+                                           {"ndjson", "", "Print JSON, a line for each row"},
+                                           {"digits", "COUNT", "Significant digits, 1 to 17"},
+                                           {"report", "", "Print a sentence for a protocol or a paper"},
+                                           {"chart", "", "Draw the table in the terminal (needs gnuplot)"},
+                                           {"svg", "FILE", "Draw the table to a file (needs gnuplot)"},
+                                           {"png", "FILE", "Draw the table to a file (needs gnuplot)"},
+                                           {"help", "", "Explain the question"}};
 
-std::span<const Option> run_options() {
-    static constexpr Option options[] = {
-        {"output", "FILE", "Where the answers go, also -o FILE; standard output unless given"},
-        {"test", "NAME", "The test of rows that name none"},
-        {"question", "NAME", "The question of rows that name none"},
-        {"keep", "NAMES", "Columns that are carried through unread: id,comment"},
-        {"ndjson", "", "Designs and answers are JSON, a line each; so, too, where FILE ends in .ndjson"},
-        {"digits", "COUNT", "Significant digits, 1 to 17; all unless given"},
-        {"jobs", "COUNT", "Designs answered at the same time; as many as there are cores unless given"},
-        {"resume", "", "Continue behind the answers that FILE has"},
-        {"help", "", "Explain"}};
-    return options;
-}
+const std::vector<Option> run_options{
+
+    {"output", "FILE", "Where the answers go, also -o FILE; standard output unless given"},
+    {"test", "NAME", "The test of rows that name none"},
+    {"question", "NAME", "The question of rows that name none"},
+    {"keep", "NAMES", "Columns that are carried through unread: id,comment"},
+    {"ndjson", "", "Designs and answers are JSON, a line each; so, too, where FILE ends in .ndjson"},
+    {"digits", "COUNT", "Significant digits, 1 to 17; all unless given"},
+    {"jobs", "COUNT", "Designs answered at the same time; as many as there are cores unless given"},
+    {"resume", "", "Continue behind the answers that FILE has"},
+    {"help", "", "Explain"}};
 
 std::string Words::operator[](std::string_view option) const {
     const auto found = options.find(option);
@@ -43,18 +38,16 @@ int Words::count(std::string_view option, int high, int otherwise) const {
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error == std::errc() && end == text.data() + text.size() && value >= 1 && value <= high) return value;
-    throw Failure(kRefused, "--" + std::string(option) + ": '" + statplan::escaped(text) +
-                                "' is not a whole number from 1 to " + std::to_string(high));
+    throw refused(
+        option, "'" + statplan::escaped(text) + "' is not a whole number from 1 to " + std::to_string(high));
 }
 
-std::string message(const statplan::Refusal& refusal) {
-    const bool word = !refusal.argument.empty() && refusal.argument != "test";
-    return word ? "--" + refusal.message() : refusal.reason;
+Failure refused(std::string_view word, std::string reason) {
+    return {kRefused, {.argument = statplan::escaped(word), .reason = std::move(reason)}};
 }
 
-std::string did_you_mean(std::string_view word, const Names& known, const std::string& dashes) {
-    const std::string_view near = statplan::nearest(word, known);
-    return near.empty() ? "" : "; did you mean " + dashes + std::string(near) + "?";
+Failure failed(std::string reason) {
+    return {kNoAnswer, {.kind = statplan::Refusal::no_answer, .argument = {}, .reason = std::move(reason)}};
 }
 
 Words read_words(Arguments arguments, std::span<const Option> options, const Names& known,
@@ -71,22 +64,21 @@ Words read_words(Arguments arguments, std::span<const Option> options, const Nam
             continue;
         }
         if (!word.starts_with("--"))
-            throw Failure(kRefused, "'" + statplan::escaped(word) +
-                                        "' stands alone: words are given as --word value" +
-                                        (word.empty() ? "" : did_you_mean(word, all, "--")));
+            throw refused({}, "'" + statplan::escaped(word) +
+                                  "' stands alone: words are given as --word value" +
+                                  (word.empty() ? "" : statplan::did_you_mean(word, all, "--")));
         const std::size_t equals = std::min(word.find('='), word.size());
-        const std::string name(word.substr(2, equals - 2)), shown = "--" + statplan::escaped(name);
+        const std::string name(word.substr(2, equals - 2));
         const auto option = std::ranges::find(options, name, &Option::name);
         if (std::ranges::find(all, name) == all.end())
-            throw Failure(kRefused, (shown + ": no word of ").append(where) + did_you_mean(name, all, "--"));
+            throw refused(name, "no word of " + where + statplan::did_you_mean(name, all, "--"));
         const bool flag = option != options.end() && option->value.empty(), has_value = equals < word.size();
-        if (flag && has_value) throw Failure(kRefused, shown + ": takes no value");
+        if (flag && has_value) throw refused(name, "takes no value");
         if (!flag && !has_value && (++i == arguments.size() || arguments[i].starts_with("--")))
-            throw Failure(kRefused, shown + ": a value is needed");
+            throw refused(name, "a value is needed");
         const std::string value = flag ? "" : has_value ? std::string(word.substr(equals + 1)) : arguments[i];
         const auto given = std::ranges::find(words.given, name, &std::pair<std::string, std::string>::first);
-        if (given != words.given.end() || words.has(name))
-            throw Failure(kRefused, shown + ": is given twice");
+        if (given != words.given.end() || words.has(name)) throw refused(name, "is given twice");
         if (option == options.end())
             words.given.emplace_back(name, value);
         else

@@ -166,11 +166,9 @@ Outcome<Designs> Designs::read(std::string_view header, const GivenWords& otherw
             return Refusal{.argument = {},
                            .reason = "the column " + statplan::quoted(word) + " is there twice"};
         if (p.kept.back() || std::ranges::find(known, word) != known.end()) continue;
-        const std::string_view near = nearest(word, known);
         return Refusal{.argument = {},
                        .reason = "the column " + statplan::quoted(word) + " is no word of any test" +
-                                 (near.empty() ? "" : "; did you mean " + std::string(near) + "?") +
-                                 " (keep carries a column through unread)"};
+                                 did_you_mean(word, known) + " (keep carries a column through unread)"};
     }
     p.otherwise.resize(p.words.size());
     for (const auto& [word, text] : otherwise) p.otherwise[p.place_of(word)] = text;

@@ -248,12 +248,11 @@ Refusal unknown_word(const Test& test, std::string_view name) {
     std::erase(words, name);  // a question, but no argument
     for (const Measure* measure : {&test.power, &test.precision})
         for (const Argument* a : arguments_of(test, *measure)) words.push_back(a->name);
-    const std::string_view near = nearest(name, words);
+    const std::string near = did_you_mean(name, words);
     std::vector<std::string> known;
     for (const Argument* a : arguments(test)) known.emplace_back(a->name);
-    return refusal(escaped(name), std::string(test.name) + " has no such argument; " +
-                                      (near.empty() ? "it has " + joined(known)
-                                                    : "did you mean " + std::string(near) + "?"));
+    return refusal(escaped(name), std::string(test.name) + " has no such argument" +
+                                      (near.empty() ? "; it has " + joined(known) : near));
 }
 
 }  // namespace

@@ -73,9 +73,7 @@ Outcome<std::vector<double>> read_values(const Argument& a, std::string_view tex
         if (a.kind == Kind::choice) {
             const auto word = std::ranges::find(a.choices, part);
             if (word == a.choices.end()) {
-                const std::string_view near = nearest(part, a.choices);
-                return refused(
-                    a, part, rule_of(a) + (near.empty() ? "" : "; did you mean " + std::string(near) + "?"));
+                return refused(a, part, rule_of(a) + did_you_mean(part, a.choices));
             }
             values.push_back(static_cast<double>(word - a.choices.begin()));
         } else if (part.find(':') != std::string_view::npos && a.kind != Kind::list) {
@@ -109,11 +107,10 @@ Outcome<std::string> unknown_of(std::string_view question, bool has_target, cons
         return Refusal{.argument = "solve-for", .reason = "belongs to the question solve"};
     if (question == "precision") return std::string(has_target ? "" : "halfwidth");
     if (question == "power" || question == "size" || question == "effect") return std::string(question);
-    const std::string_view near = nearest(question, {"power", "size", "precision", "effect", "solve"});
     return Refusal{.argument = {},
                    .reason = quoted(question) +
                              " is no question; it is one of power, size, precision, effect or solve" +
-                             (near.empty() ? "" : "; did you mean " + std::string(near) + "?")};
+                             did_you_mean(question, {"power", "size", "precision", "effect", "solve"})};
 }
 
 }  // namespace
@@ -124,10 +121,8 @@ Outcome<Question> read_question(std::string_view test, std::string_view question
     if (!read.test) {
         std::vector<std::string_view> names;
         for (const Test* known : catalogue()) names.push_back(known->name);
-        const std::string_view near = nearest(test, names);
         return Refusal{.argument = "test",
-                       .reason = "there is no test " + quoted(test) +
-                                 (near.empty() ? "" : "; did you mean " + std::string(near) + "?")};
+                       .reason = "there is no test " + quoted(test) + did_you_mean(test, names)};
     }
     std::string solve_for;
     bool has_target = false;

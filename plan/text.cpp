@@ -63,6 +63,13 @@ std::string_view nearest(std::string_view word, const std::vector<std::string_vi
     return best;
 }
 
+std::string did_you_mean(std::string_view word, const std::vector<std::string_view>& known,
+                         std::string_view dashes) {
+    const std::string_view near = nearest(word, known);
+    if (near.empty()) return "";
+    return "; did you mean " + std::string(dashes) + std::string(near) + "?";
+}
+
 std::string escaped(std::string_view given) {
     std::string text;
     for (std::size_t i = 0; i < given.size();) {

@@ -76,4 +76,45 @@ class STATPLAN_API Rows {
 STATPLAN_API Designs::Line answer_json(std::string_view request, const GivenWords& otherwise = {},
                                        Cancel* cancel = nullptr);
 
+/// The answers of a file of designs, CSV as of `Designs` or a request as JSON on each line: by several threads, in
+/// the order of the rows, in bounded memory.
+class STATPLAN_API FileAnswers {
+  public:
+    struct Options {
+        bool json = false;
+        GivenWords otherwise = {};           // words for rows that do not give them
+        std::vector<std::string> kept = {};  // columns that are carried through unread
+        int digits = 0;                      // significant ones of CSV; 0: as of Designs::answer
+        std::size_t jobs = 1;                // rows answered at the same time
+    };
+
+    /// @param designs  a file from its beginning; it must live as long as this
+    static Outcome<FileAnswers> of(std::FILE* designs, Options options);
+
+    /// The first line of the answers; empty of JSON.
+    const std::string& header() const;
+    /// How many rows there are; 0 where it is not known (JSON is read once).
+    std::size_t rows() const;
+
+    /// Leaves out as many designs as a file has whole rows of answers.
+    /// @return the rows left out, and the size of the answers up to the end of the last whole one
+    Outcome<std::pair<std::size_t, std::size_t>> skip_answered(std::FILE* answers);
+
+    struct Block {
+        std::string text = {};  // of some rows, each with its line end
+        std::size_t rows = 0, refused = 0;
+    };
+    /// The next answers, some 20 ms of work for one thread; no rows behind the last.
+    Outcome<Block> next();
+
+    ~FileAnswers();
+    FileAnswers(FileAnswers&&) noexcept;
+    FileAnswers& operator=(FileAnswers&&) noexcept;
+
+  private:
+    struct Parts;
+    explicit FileAnswers(std::unique_ptr<Parts> parts);
+    std::unique_ptr<Parts> parts_;
+};
+
 }  // namespace statplan

@@ -66,9 +66,9 @@ TEST(Program, RefusesInTheWordsOfTheCommandLine) {
     expect_refusal("t-one size --d half", "--d: 'half' is not a number");
     expect_refusal("t-one size --d nan", "--d: 'nan' is not a number");
     expect_refusal("t-one size --d 0.5 --power 5", "--power: 5 is not greater than 0 and less than 1");
-    expect_refusal("t-one size --d 0.5 --json=maybe", "--json: takes no value");
-    expect_refusal("t-one size --d 0.5 --csv --json", "--json: cannot stand beside --csv");
-    expect_refusal("t-one size --d 0.5 --json --digits 3", "--digits: has no effect beside --json");
+    expect_refusal("t-one size --d 0.5 --csv=maybe", "--csv: takes no value");
+    expect_refusal("t-one size --d 0.5 --csv --report", "--report: cannot stand beside --csv");
+    expect_refusal("t-one size --d 0.5 --report --digits 3", "--digits: has no effect beside --report");
     expect_refusal("t-one size --d 0.5 --digits 0", "--digits: '0' is not a whole number from 1 to 17");
     expect_refusal("t-one size --d 0.5,0.6 --report", "--report: has no effect on a table");
     expect_refusal("t-one power --d 0.5 --n 20 --rule smallest",
@@ -105,10 +105,30 @@ TEST(Program, SaysWhyThereIsNoAnswer) {
     EXPECT_THAT(far.text, HasSubstr("10000000 observations"));
 }
 
-TEST(Program, PrintsARefusalAsJsonToPrograms) {
-    const auto run = shell("$STATPOWER t-one size --d 0 --json 2>/dev/null");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.json()["refusal"]["kind"], "no-answer");
+TEST(Program, PrintsEveryRefusalAsJsonToPrograms) {
+    const auto refusal = [](const std::string& words, int status) {
+        const auto run = shell("$STATPOWER " + words + " 2>/dev/null");
+        EXPECT_EQ(run.status, status) << words;
+        return run.json()["refusal"];
+    };
+    for (const std::string form : {" --json", " --ndjson"}) {
+        EXPECT_EQ(refusal("t-one size --d 0" + form, 1)["kind"], "no-answer");
+        for (const auto& [words, argument] :
+             {std::pair("t-one size --d half", "d"), std::pair("t-one size --d -1 --alpha 2", "alpha"),
+              std::pair("t-one size --alhpa 0.5", "alhpa"), std::pair("t-one size --d 0.5 --d 1", "d"),
+              std::pair("t-one size --d 0.5 --digits 0", "digits"),
+              std::pair("t-one size --d 0.5 --csv", "csv"), std::pair("t-oen size", "test")}) {
+            const auto why = refusal(words + form, 2);
+            EXPECT_EQ(why["kind"], "refused") << words;
+            const std::string named = why["argument"];
+            EXPECT_TRUE(named == argument || " --" + named == form) << words << why;
+            EXPECT_EQ(why["message"], named + ": " + why["reason"].get<std::string>());
+        }
+        EXPECT_EQ(refusal("t-one" + form, 2)["kind"], "refused");
+        EXPECT_EQ(refusal("t-one siez --d 1" + form, 2)["kind"], "refused");
+        EXPECT_EQ(refusal("t-one size d" + form, 2)["kind"], "refused");
+        EXPECT_EQ(refusal("t-one power --d 1 --n 20 --chart" + form, 2)["kind"], "refused");
+    }
 }
 
 TEST(Program, FailsWhereItsOutputIsLost) {

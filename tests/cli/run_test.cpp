@@ -28,8 +28,12 @@ TEST(Run, AnswersEveryRowInItsOrder) {
                                " --test t-one --question power --jobs 3 -o " + folder.path("answers.csv"));
     EXPECT_EQ(run.status, 0) << run.text;
     EXPECT_EQ(folder.read("answers.csv"), expected);
-    EXPECT_EQ(shell("$STATPOWER run - --test t-one --question power < " + folder.path("designs.csv")).text,
-              expected);
+    for (const char* words : {"run - < %", "run /dev/stdin < %", "run /dev/stdin < <(cat %)"}) {
+        std::string command = words;
+        command.replace(command.find('%'), 1, folder.path("designs.csv"));
+        command = "export STATPOWER; bash -c '$STATPOWER " + command + " --test t-one --question power'";
+        EXPECT_EQ(shell(command).text, expected) << words;
+    }
 }
 
 TEST(Run, TakesTestsAndQuestionsFromColumnsAndSaysWhyARowIsRefused) {
