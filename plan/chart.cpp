@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "plan/text.h"
+#include "plan/vocabulary.h"
 #include "statplan/plan.h"
 
 namespace statplan {
@@ -65,13 +66,12 @@ Outcome<std::string> to_gnuplot(const Table& table, std::string_view terminal) {
                         " lines cannot be read; the most are " + std::to_string(kMostLines));
     const bool power = table.question == "power";
     const double target = *common::power.otherwise;
-    std::string text =
-        "set terminal " + std::string(terminal) + "\nset xlabel " + label(*table.over[x], false) +
-        "\nset ylabel " +
-        (last > first + 1 ? "'Sizes of all groups together'" : label(*columns[first].argument, measured)) +
-        "\nset title " + in_quotes(table.test->title) +
-        "\nset key outside top center horizontal\nset border 3\nset tics nomirror out\n" +
-        (power ? "set yrange [0:1]\n" : "set yrange [0:*]\n") + "plot ";
+    std::string text = "set terminal " + std::string(terminal) + "\nset xlabel " +
+                       label(*table.over[x], false) + "\nset ylabel " +
+                       label(last > first + 1 ? total : *columns[first].argument, measured) + "\nset title " +
+                       in_quotes(table.test->title) +
+                       "\nset key outside top center horizontal\nset border 3\nset tics nomirror out\n" +
+                       (power ? "set yrange [0:1]\n" : "set yrange [0:*]\n") + "plot ";
     for (const auto& [title, points] : lines)
         text += "'-' with linespoints linewidth 2 pointsize 0.6 " +
                 (title.empty() ? "notitle" : "title " + in_quotes(title)) + ", ";
