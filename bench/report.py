@@ -43,9 +43,15 @@ def growths(times):
     return result
 
 
+def in_order(name):
+    """Names in the order of the numbers in them; a benchmark stands before what is compared with it."""
+    return [(int(part), "") if part.isdigit() else (0, part) for part in re.split(r"(\d+)", name)]
+
+
 def main():
     scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
-    times = {name: time * scale[unit] for name, time, unit in medians(sys.argv[1:])}
+    measured = {name: time * scale[unit] for name, time, unit in medians(sys.argv[1:])}
+    times = {name: measured[name] for name in sorted(measured, key=in_order)}
     width = max(map(len, times))
     growth = growths(times)
     print(f"{'benchmark':{width}}  {'median':>9}  {'growth':6}  relative")

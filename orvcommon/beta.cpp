@@ -120,7 +120,8 @@ bool beta_series_is_short(const BetaPoint& p, double terms) {
 }
 
 double beta_small_lower_tail(const BetaPoint& p, double prefix) {
-    return p.deviation <= 0 ? lower_tail(p, prefix, 1) : beta_tails(p, prefix).lower;
+    const bool is_direct = p.deviation <= 0 && !(p.b < 0.5 && p.y * (p.a + p.b) < kNearEnd);
+    return is_direct ? lower_tail(p, prefix, 1) : beta_tails(p, prefix).lower;
 }
 
 Tails beta_tails(const BetaPoint& p, double prefix, double slack) {

@@ -40,7 +40,10 @@ bool beta_series_is_short(const BetaPoint& p, double terms);
 /// @param slack  how many times the last digit of a double the truncation of a series or fraction may leave, about
 Tails beta_tails(const BetaPoint& p, double prefix, double slack = 1);
 
-/// I_x(a, b) where it is expected to be small, given the prefix: never as what the other tail leaves.
+/// Mean counts (a + b) x up to which x is near its end: with a small a the fraction for the other tail is long there.
+inline constexpr double kNearEnd = 1.25;
+
+/// I_x(a, b) where it is expected to be small, given the prefix: as what the other tail leaves only near the end y = 0.
 double beta_small_lower_tail(const BetaPoint& p, double prefix);
 
 /// Both tails of a point.

@@ -24,7 +24,6 @@ namespace {
 constexpr int kMaxIterations = 40;
 constexpr double kSmallestF = 0x1p-1010, kLargestF = 0x1p1010;  // beyond, the quantile is 0 or infinite
 constexpr int kMaxTerms = 200;
-constexpr double kNearEnd = 1.25;   // (a + b) x
 constexpr double kSmallTail = 0.2;  // to be computed by itself
 constexpr double kRounding = 1e-17, kFarOff = 1;
 constexpr double kLargeShape = 1000;
@@ -110,7 +109,8 @@ double log_end_factor(double a, double b) {
 /// before they fall, and a small a, or a target far out, makes much of the rounding of a tail.
 bool is_near_end(const BetaPoint& p, double target) {
     const double mean_count = p.x * (p.a + p.b);
-    return p.x < 0.5 && p.a < 100 && mean_count < (p.a < 1 || target < 1e-20 ? kNearEnd : 0.1);
+    return p.x < 0.5 && p.x > 1e-290 && p.a < 100 &&
+           mean_count < (p.a < 1 || target < 1e-20 ? kNearEnd : 0.1);
 }
 
 /// log(target / I_x(a, b)) near the end x = 0, rest = 1 - target: from the logarithms of ((a + b) x)^a and of
