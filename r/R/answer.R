@@ -68,28 +68,31 @@ has_na <- function(value, rows) {
   rep_len(missing, rows)
 }
 
-# What a question finds: its name and that of its answers. `left` are arguments that were given as NULL.
-settle <- function(test, measure, unknown, given, left, call) {
+# What is to be found, in the planner's word: what `unknown` says, or a default that is NULL; "" where the planner sees what
+# is left out. `left` are arguments that were given as NULL.
+unknown_of <- function(test, measure, unknown, given, left, call) {
   arguments <- test$questions[[measure]]
   target <- test$targets[[measure]]
-  left <- setdiff(left, c(target, the$search))
+  if (!is.null(unknown)) {
+    known <- c(names(arguments), "size")
+    if (!is.character(unknown) || length(unknown) != 1 || !unknown %in% known)
+      stop(refusal("unknown", paste("is not one of", toString(known)), call))
+    return(in_words(test, measure, unknown))
+  }
   by_default <- Filter(function(name) {
     argument <- arguments[[name]]
     argument$kind != "choice" && !is.null(argument$default) && !(name %in% test$shares && !any(test$sizes %in% names(given)))
   }, left)
-  if (is.null(unknown)) {
-    if (length(by_default) > 1)
-      stop(refusal(by_default[2], paste("is NULL beside", by_default[1], "= NULL: one number can be found"), call))
-    unknown <- if (length(by_default)) in_words(test, measure, by_default)
-               else if (measure == "effect") "effect"
-               else if (measure == "precision" && !target %in% names(given)) target
-               else ""
-  } else {
-    known <- c(names(arguments), "size")
-    if (!is.character(unknown) || length(unknown) != 1 || !unknown %in% known)
-      stop(refusal("unknown", paste("is not one of", toString(known)), call))
-    unknown <- in_words(test, measure, unknown)
-  }
+  if (length(by_default) > 1)
+    stop(refusal(by_default[2], paste("is NULL beside", by_default[1], "= NULL: one number can be found"), call))
+  if (length(by_default)) in_words(test, measure, by_default)
+  else if (measure == "effect") "effect"
+  else if (measure == "precision" && !target %in% names(given)) target
+  else ""
+}
+
+# Which question that is, and the names of its answers.
+settle <- function(test, measure, unknown, given, left, call) {
   words <- in_words(test, measure, names(given))
   found <- .Call(statpower_answers, test$word, unknown, words)
   one_size <- intersect(left, test$sizes)
@@ -106,13 +109,13 @@ settle <- function(test, measure, unknown, given, left, call) {
 answer <- function(test, measure, frame = parent.frame(), call = sys.call(-1)) {
   test <- catalogue()[[test]]
   arguments <- test$questions[[measure]]
-  is_given <- function(name) !eval(call("missing", as.name(name)), frame)
-  given <- mget(Filter(is_given, names(arguments)), envir = frame)
-  unknown <- if (measure != "effect") get("unknown", envir = frame)
-  left <- names(Filter(is.null, given))
-  given <- Filter(Negate(is.null), given)
-  given <- Map(values_of, arguments[names(given)], given, list(call))
-  settled <- settle(test, measure, unknown, given, left, call)
+  is_missing <- vapply(test$is_missing[[measure]], eval, NA, frame)
+  given <- mget(names(arguments)[!is_missing], envir = frame)
+  is_left <- vapply(given, is.null, NA)
+  left <- setdiff(names(given)[is_left], c(test$targets[[measure]], the$search))
+  given <- given[!is_left]
+  for (name in names(given)) given[[name]] <- values_of(arguments[[name]], given[[name]], call)
+  unknown <- unknown_of(test, measure, if (measure != "effect") frame$unknown, given, left, call)
 
   counts <- vapply(given, designs_in, 0)
   rows <- if (any(counts == 0)) 0 else max(1, counts)
@@ -121,8 +124,14 @@ answer <- function(test, measure, frame = parent.frame(), call = sys.call(-1)) {
       stop(refusal(name, sprintf("has %d values, which do not recycle to %d designs", counts[[name]], rows), call))
   missing <- Reduce(`|`, lapply(given, has_na, rows), logical(rows))
 
+  if (rows == 1 && !missing && measure != "effect") {
+    record <- ask_one(test, measure, unknown, given)
+    if (is.null(record$refusal)) return(one_found(test, measure, unknown, given, record))
+  }
+  settled <- settle(test, measure, unknown, given, left, call)
   if (measure == "effect") effects_found(test, settled, given, rows, missing, call)
-  else if (rows == 1 && !missing) one_found(test, measure, settled, given, call)
+  else if (rows == 1 && !missing)
+    one_found(test, measure, settled$unknown, given, answered(ask_one(test, measure, settled$unknown, given), call))
   else table_found(test, measure, settled, given, rows, missing, call)
 }
 
@@ -152,13 +161,12 @@ in_names <- function(items, prefix = "") {
   if (length(items)) stats::setNames(items, paste0(prefix, spelled(names(items)))) else list()
 }
 
-one_found <- function(test, measure, settled, given, call) {
-  record <- answered(ask_one(test, measure, settled$unknown, given), call)
+one_found <- function(test, measure, unknown, given, record) {
   answer <- in_names(record$answer)
   enrolled <- in_names(record$enrolled, "enrolled_")
   asked <- in_names(record$asked)
   x <- c(answer, enrolled, asked[setdiff(names(asked), names(answer))])
-  statpower(x, test, measure, settled, given, record)
+  statpower(x, test, measure, if (record$question == "solve") record$unknown else unknown, given, record)
 }
 
 table_found <- function(test, measure, settled, given, rows, missing, call) {
@@ -174,26 +182,22 @@ table_found <- function(test, measure, settled, given, rows, missing, call) {
   x <- c(columns, given[setdiff(names(given), names(columns))])
   x <- c(x, asked[setdiff(names(asked), names(x))])
   x <- lapply(x, function(value) if (is.matrix(value)) lapply(seq_len(nrow(value)), function(i) value[i, ]) else value)
-  statpower(x, test, measure, settled, given, record)
+  statpower(x, test, measure, settled$unknown, given, record)
 }
 
 # An answer: what was found and what was asked, as the lists that R's own power functions return: sizes first, then
 # numbers, what is reached, and choices.
-statpower <- function(x, test, measure, settled, given, record) {
-  arguments <- test$questions[[measure]]
-  is_choice <- vapply(arguments, `[[`, "", "kind") == "choice"
-  place <- ifelse(sub("^enrolled_", "", names(x)) %in% test$sizes, 1,
-           ifelse(names(x) == test$targets[[measure]], 4,
-           ifelse(!names(x) %in% names(arguments), 3,
-           ifelse(names(x) %in% names(arguments)[is_choice], 5, 2))))
-  x <- x[order(place, startsWith(names(x), "enrolled_"), match(names(x), unique(c(test$sizes, names(arguments)))))]
-  structure(c(x, list(note = notes_of(test, settled, record))),
+statpower <- function(x, test, measure, unknown, given, record) {
+  is_enrolled <- startsWith(names(x), "enrolled_")
+  place <- test$places[[measure]][sub("^enrolled_", "", names(x))]
+  place[is.na(place)] <- 300  # an answer that is no argument
+  x <- x[order(place + is_enrolled * 50)]
+  structure(c(x, list(note = notes_of(record))),
             class = c("statpower", "power.htest"),
-            design = list(test = test$name, measure = measure, question = settled$question,
-                          unknown = settled$unknown, given = given, record = record))
+            design = list(test = test$name, measure = measure, unknown = unknown, given = given, record = record))
 }
 
-notes_of <- function(test, settled, record) {
+notes_of <- function(record) {
   listed <- function(items) paste(spelled(names(items)), vapply(items, function(item) toString(format(item)), ""),
                                   sep = " = ", collapse = ", ")
   shared <- intersect(names(record$guaranteed), names(record$answer))

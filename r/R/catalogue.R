@@ -35,14 +35,27 @@ read_test <- function(described, search) {
     power = design(power, power$options, power$target, search),
     precision = if (!is.null(precision)) design(precision, precision$options, precision$target, search),
     effect = if (length(described$effects)) design(power))
+  questions <- Filter(Negate(is.null), questions)
   found <- arguments_of(sizes$found)
+  size_names <- union(names(arguments_of(sizes$ways)), names(found))
+  targets <- list(power = spelled(power$target$name), precision = spelled(precision$target$name))
+  # Where an argument stands in an answer: sizes, numbers, what is reached, choices.
+  places <- lapply(names(questions), function(measure) {
+    arguments <- questions[[measure]]
+    names <- union(size_names, names(arguments))
+    is_choice <- vapply(arguments, `[[`, "", "kind")[names] %in% "choice"
+    group <- ifelse(names %in% size_names, 100, ifelse(names == c(targets[[measure]], "")[1], 400, ifelse(is_choice, 500, 200)))
+    stats::setNames(group + seq_along(names) / 10, names)
+  })
   list(word = described$name, name = spelled(described$name), title = described$title, family = described$family,
        study = described$study, notes = c(sizes$note, described$notes), sources = described$sources,
        examples = described$examples,
-       questions = Filter(Negate(is.null), questions),
-       sizes = union(names(arguments_of(sizes$ways)), names(found)), found = found,
+       questions = questions, places = stats::setNames(places, names(questions)),
+       is_missing = lapply(questions, function(arguments) lapply(names(arguments), function(name)
+         call("missing", as.name(name)))),
+       sizes = size_names, found = found,
        shares = names(arguments_of(sizes$shares)),
-       targets = list(power = spelled(power$target$name), precision = spelled(precision$target$name)),
+       targets = targets,
        effects = arguments_of(described$effects))
 }
 
