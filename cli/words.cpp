@@ -64,9 +64,9 @@ Words read_words(Arguments arguments, std::span<const Option> options, const Nam
             continue;
         }
         if (!word.starts_with("--"))
-            throw refused({}, "'" + statplan::escaped(word) +
-                                  "' stands alone: words are given as --word value" +
-                                  (word.empty() ? "" : statplan::did_you_mean(word, all, "--")));
+            throw refused(
+                {}, "'" + statplan::escaped(word) + "' stands alone: words are given as --word value" +
+                        (word.empty() ? "" : statplan::did_you_mean(word.substr(word[0] == '-'), all, "--")));
         const std::size_t equals = std::min(word.find('='), word.size());
         const std::string name(word.substr(2, equals - 2));
         const auto option = std::ranges::find(options, name, &Option::name);

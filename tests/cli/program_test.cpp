@@ -60,6 +60,8 @@ TEST(Program, RefusesInTheWordsOfTheCommandLine) {
     expect_refusal("t-one siez --d 1",
                    "'siez' is no question; it is one of power, size, precision, effect or "
                    "solve; did you mean size?");
+    expect_refusal("t-one size -d 0.5",
+                   "'-d' stands alone: words are given as --word value; did you mean --d?");
     expect_refusal("t-one size --d", "--d: a value is needed");
     expect_refusal("t-one size --d --alpha 0.1", "--d: a value is needed");
     expect_refusal("t-one size --d 0.5 --d 0.6", "--d: is given twice");
