@@ -195,11 +195,11 @@ void run(const statplan_plan& prepared, size_t rows, const statplan_column* colu
     const Values given_to_all = values;
     const bool leaves = plan.searches_sizes() || plan.unknown() || plan.question() == "effect" ||
                         plan.test().sizes.found.front().kind == Kind::list;
+    Plan::Answer answer;
     for (size_t& row = answered; row < rows; ++row) {
         const auto r = static_cast<ptrdiff_t>(row);
-        if (leaves) values = given_to_all;
+        if (leaves) values = given_to_all, answer = {};
         for (const size_t i : varying) read(i, r);
-        Plan::Answer answer;
         const bool has_answer = !same_wrong && !plan.check(values, checked) &&
                                 !plan.answer_checked(values, answer, callback.or_null());
         if (cancel && callback.IsCancelRequested()) return;
