@@ -153,6 +153,7 @@ plot.statpower <- function(x, over = NULL, ...) {
 #' @exportS3Method ggplot2::autoplot
 autoplot.statpower <- function(object, over = NULL, ...) {
   drawn <- curves(object, over, sys.call())
+  .data <- ggplot2::.data
   several <- nlevels(drawn$lines$line) > 1
   mapping <- if (several) ggplot2::aes(.data[["over"]], .data[["reached"]], colour = .data[["line"]],
                                        linetype = .data[["line"]])
@@ -175,5 +176,3 @@ autoplot.statpower <- function(object, over = NULL, ...) {
                                            inherit.aes = FALSE)
   figure
 }
-
-utils::globalVariables(".data")
