@@ -73,6 +73,11 @@ Check impossible(const Values& v) {
     return {};
 }
 
+std::string performed(const Values& v) {
+    return v.is(method, exact) ? "exact McNemar test of paired proportions"
+                               : "McNemar test of paired proportions";
+}
+
 const Entry prop_paired{{
     .name = "prop-paired",
     .title = "Paired proportions (McNemar)",
@@ -119,10 +124,7 @@ const Entry prop_paired{{
         return std::string("exact binomial test of the discordant pairs") +
                (sided(v) ? "" : ", half of alpha in each tail");
     },
-    .performed = [](const Values& v) -> std::string {
-        return v.is(method, exact) ? "exact McNemar test of paired proportions"
-                                   : "McNemar test of paired proportions";
-    },
+    .performed = performed,
     .notes = {"n is the number of pairs, discordant or not"},
     .sources = {"R. S. Connor, Biometrics 43 (1987) 207-211", "S. W. Duffy, Biometrics 40 (1984) 1005-1015",
                 "A. Agresti, Y. Min, Statistics in Medicine 24 (2005) 729-740",

@@ -59,6 +59,16 @@ std::string details_of(const Values& v) {
     return details;
 }
 
+std::string performed(const Values& v) {
+    const char* const words = v.is(statistic, fisher)       ? "Fisher exact test"
+                              : v.is(statistic, chi_square) ? "z test"
+                              : v.is(statistic, t)          ? "t test"
+                                                            : "likelihood-ratio test";
+    const std::string details = details_of(v);
+    return std::string(words) + " of two proportions" +
+           (details.empty() ? "" : " (" + details.substr(2) + ")");
+}
+
 const Entry prop_two{{
     .name = "prop-two",
     .title = "Two independent proportions",
@@ -96,15 +106,7 @@ const Entry prop_two{{
                                                               : "likelihood-ratio test";
         return words + details_of(v) + (is_exact ? ", exact power" : ", approximate power");
     },
-    .performed = [](const Values& v) -> std::string {
-        const char* const words = v.is(statistic, fisher)       ? "Fisher exact test"
-                                  : v.is(statistic, chi_square) ? "z test"
-                                  : v.is(statistic, t)          ? "t test"
-                                                                : "likelihood-ratio test";
-        const std::string details = details_of(v);
-        return std::string(words) + " of two proportions" +
-               (details.empty() ? "" : " (" + details.substr(2) + ")");
-    },
+    .performed = performed,
     .sources =
         {"J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003), "
          "chapters 3 and 4",
