@@ -60,15 +60,14 @@ template <typename Holds>
 int first_failure(int n, int guess, Holds holds) {
     int low = 0, high = n + 1, probe = std::min(guess, n);
     bool held = false, failed = false;
-    for (int step = 1; low < high; step *= 2) {
+    // In long: the steps of a bisection that follows, and sums with them, leave the range of int.
+    for (long step = 1; low < high; step = std::min(2 * step, long{n} + 1)) {
         if (holds(probe))
             low = probe + 1, held = true;
         else
             high = probe, failed = true;
-        probe = std::clamp(held && failed ? low + (high - low) / 2
-                           : held         ? low + step - 1
-                                          : high - step,
-                           low, std::max(high - 1, low));
+        const long next = held && failed ? low + (long{high} - low) / 2 : held ? low + step - 1 : high - step;
+        probe = static_cast<int>(std::clamp<long>(next, low, std::max(high - 1, low)));
     }
     return low;
 }
