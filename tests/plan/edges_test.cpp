@@ -28,9 +28,10 @@ TEST(Refusals, NameWhatIsNeeded) {
 
 TEST(Refusals, OfATestWithoutAnIntervalSaySo) {
     for (const statplan::Test* test : catalogue())
-        if (!test->precision.value)
+        if (!test->precision.value) {
             EXPECT_THAT(refusal_of(std::string(test->name) + " precision"), HasSubstr("there is no interval"))
                 << test->name;
+        }
 }
 
 TEST(Refusals, OfSeveralValuesWhereOneRecordIsAsked) {
