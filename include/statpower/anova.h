@@ -14,8 +14,10 @@
 //            is when an argument is refused
 //   coefficients  k doubles, the contrast: they sum to zero, and in most uses lie in [-1, 1]
 //   directional  a StatpowerSides: the two-sided F test of the contrast or the one-sided t test
-//   nMin, nMax  ends of the axis of the total sample size, in order, each 2 or more, or 0 for "the library
-//            chooses" (both ends, see below)
+//   nMin, nMax  ends of the axis of the total sample size, nMin <= nMax, each of them 2 or more, or 0 for
+//            "the library chooses" (both ends, see below). A curve has every whole number of it. A surface,
+//            whose first axis it is, has every second one where nMax - nMin is 1000 or more, and the last
+//            one may exceed nMax by one
 //   sdMin, sdMax, esMin, esMax  ends of the axis of the standard deviation or the effect size, in order; 0
 //            has a meaning of its own, see below
 //   step     spacing of a continuous axis as a fraction of its width, greater than 0 (for example 0.05)
@@ -66,14 +68,13 @@ enum StatpowerAdjustment {
 /// Power of the overall F test for group means, sizes and a common standard deviation: P(F > F_alpha) with
 /// k - 1 and N - k degrees of freedom, N the sum of the sizes, and noncentrality
 /// lambda = sum of (sizes[i] / N) (means[i] - m)^2 / (sigma^2 / N), m the size-weighted grand mean.
-/// @return the power; the missing value unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1. At N = k no error
+/// @return the power; missing unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1. At N = k no error
 ///         degree of freedom is left: the power cannot be computed and counts as 1.
 STATPOWER_API double PowerOverallTest(int k, const double* means, const double* sizes, double sigma,
                                       double alpha);
 
 /// Power of the overall F test for an effect size: noncentrality N es^2 for f, N es / (1 - es) for a
-/// proportion of variance.
-/// @return the power; the missing value unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
+/// proportion of variance; missing unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
 STATPOWER_API double PowerOverallTestwES(int k, int esType, const double* sizes, double es, double alpha);
 
 // ---- Overall F test: which effect does a design represent? -----------------------------------------------
@@ -81,8 +82,7 @@ STATPOWER_API double PowerOverallTestwES(int k, int esType, const double* sizes,
 /// Root mean square standardised effect: the root of the unweighted sum of (means[i] - m)^2 over k - 1,
 /// divided by sigma, with m the size-weighted grand mean. (The mixture of a weighted mean and an unweighted
 /// sum is the definition of this measure.)
-/// @return the effect; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1 (alpha plays no other
-///         part)
+/// @return the effect; missing unless k >= 2, sigma > 0 and 0 < alpha < 1 (alpha plays no other part)
 STATPOWER_API double RMSSEOverallTest(int k, const double* means, const double* sizes, double sigma,
                                       double alpha);
 
@@ -93,16 +93,13 @@ STATPOWER_API double RMSSEOverallTest(int k, const double* means, const double* 
 /// guess, is taken if its power is exactly the target) and found from below to within 1e-6; group i gets the
 /// ceiling of sizes[i] / (sum of sizes) times N, but at least 2. Where rounding up adds next to nothing, the
 /// power can fall short of the target by what 1e-6 of an observation is worth.
-/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1. A failed
-///         search: 2k.
+/// @return the total, 2k after a failed search; missing unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseOverallTest(int k, const double* means, const double* sizes,
                                              std::vector<double>* groupSizes, double sigma, double power,
                                              double alpha);
 
 /// Allocation whose power for an effect size reaches a target, searched and allocated as in
-/// PowerReverseOverallTest.
-/// @return the sum of the group sizes; the missing value unless k >= 2 and 0 < alpha < 1. es is not checked.
-///         A failed search: 2k.
+/// PowerReverseOverallTest; missing unless k >= 2 and 0 < alpha < 1. es is not checked. A failed search: 2k.
 STATPOWER_API double PowerReverseOverallTestwES(int k, int esType, const double* sizes,
                                                 std::vector<double>* groupSizes, double es, double power,
                                                 double alpha);
@@ -119,7 +116,7 @@ STATPOWER_API double HalfCIOverallTest(int k, double N, double sigma, double alp
 /// Allocation whose half-width does not exceed a target (in the units of the data, not checked). The total N
 /// is searched from 2k upwards to within 1e-9 and allocated as in PowerReverseOverallTest, but each share is
 /// sizes[i] times N divided by the sum of the sizes, in this order.
-/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1
+/// @return the sum of the group sizes; missing unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReversebyHalfCIOverallTest(int k, const double* sizes,
                                                      std::vector<double>* groupSizes, double halfWidth,
                                                      double sigma, double alpha);
@@ -127,16 +124,13 @@ STATPOWER_API double PowerReversebyHalfCIOverallTest(int k, const double* sizes,
 
 // ---- Overall F test: how does power vary? ----------------------------------------------------------------
 
-/// Power over the total sample size nMin, nMin + 1, ..., nMax, split over the groups in the proportions of
-/// the sizes.
-/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin <= nMax,
-///         each of them 0 or at least 2, and 0 < alpha < 1
+/// Power over the total sample size, split over the groups in the proportions of the sizes; a point below k
+/// is missing. Empty unless k >= 2, sigma > 0, 0 < alpha < 1 and nMin and nMax are in range
 STATPOWER_API XYPlot PlotNOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
                                       double sigma, double alpha);
 
-/// Power for an effect size over the total sample size nMin, nMin + 1, ..., nMax.
-/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, nMin <= nMax, each of
-///         them 0 or at least 2, and 0 < alpha < 1. es is not checked.
+/// Power for an effect size over the total sample size; a point below k is missing. Empty unless k >= 2,
+/// 0 < alpha < 1 and nMin and nMax are in range. es is not checked.
 STATPOWER_API XYPlot PlotNOverallTestFES(int k, int esType, const double* sizes, int nMin, int nMax,
                                          double es, double alpha);
 
@@ -150,28 +144,23 @@ STATPOWER_API XYPlot PlotESOverallTest(int k, int esType, const double* sizes, d
 /// Power over the standard deviation at the current sizes, stored in single precision. The axis runs from
 /// sdMin in steps of step (sdMax - sdMin), and its last point is exactly sdMax.
 /// @param sigma  only checked
-/// @return the curve; a point that is not positive holds the missing value. Empty unless k >= 2, sigma > 0,
+/// @return the curve; a point that is not positive is missing. Empty unless k >= 2, sigma > 0,
 ///         sdMin <= sdMax, 0 < alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotSDOverallTest(int k, const double* means, const double* sizes, double sigma,
                                        double sdMin, double sdMax, double alpha, double step);
 
-/// Power over the total sample size (first axis) and the standard deviation (second axis, as in
-/// PlotSDOverallTest). From nMax - nMin = 1000 upwards only every second sample size is taken, and the last
-/// one may exceed nMax by one.
+/// Power over the total sample size and the standard deviation (as in PlotSDOverallTest).
 /// @param sigma  current standard deviation, used where the library chooses the sample sizes
-/// @return the surface; empty unless k >= 2, sigma > 0, nMin <= nMax, each of them 0 or at least 2, sdMin <=
-///         sdMax, alpha > 0 and the step divides a range. Alpha is not checked against 1: every power is then
-///         missing.
+/// @return the surface; empty unless k >= 2, sigma > 0, sdMin <= sdMax, alpha > 0, nMin and nMax are in range
+///         and the step divides a range. Alpha is not checked against 1: every power is then missing.
 STATPOWER_API XYZPlot PlotNaSDOverallTest(int k, const double* means, const double* sizes, int nMin, int nMax,
                                           double sigma, double sdMin, double sdMax, double alpha,
                                           double step);
 
-/// Power over the total sample size (first axis, as in PlotNaSDOverallTest) and the effect size (second axis,
-/// as in PlotESOverallTest).
+/// Power over the total sample size and the effect size (as in PlotESOverallTest).
 /// @param es  current effect size, used where the library chooses the sample sizes
-/// @return the surface; empty unless k >= 2, nMin <= nMax, each of them 0 or at least 2, esMin <= esMax,
-///         alpha > 0 and the step divides a range. Alpha is not checked against 1: every power is then
-///         missing.
+/// @return the surface; empty unless k >= 2, esMin <= esMax, alpha > 0, nMin and nMax are in range and the
+///         step divides a range. Alpha is not checked against 1: every power is then missing.
 STATPOWER_API XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes, int nMin, int nMax,
                                           double es, double esMin, double esMax, double alpha, double step);
 
@@ -181,9 +170,8 @@ STATPOWER_API XYZPlot PlotNaESOverallTest(int k, int esType, const double* sizes
 /// @param[in,out] coefficients  where they do not sum to zero (within 1e-14), the last one is overwritten
 ///                              with minus the sum of the others. So does every function below that takes
 ///                              them without const.
-/// @return the effect; the missing value when the overwritten coefficient lies outside [-1, 1] (coefficients
-///         that sum to zero are not looked at), unless sigma > 0 (checked after the coefficients) or for k
-///         below 1
+/// @return the effect; missing when the overwritten coefficient lies outside [-1, 1] (coefficients that sum
+///         to zero are not looked at), unless sigma > 0 (checked after the coefficients) or for k below 1
 STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficients, double sigma);
 
 // ---- Contrasts: what power has a design? -----------------------------------------------------------------
@@ -195,13 +183,12 @@ STATPOWER_API double EffectSizeSC(int k, const double* means, double* coefficien
 /// @param[in,out] coefficients  repaired as in EffectSizeSC, but not when an argument is refused. An effect
 ///                              that EffectSizeSC reports as missing is used as it comes, a huge number, so
 ///                              that the power is 1.
-/// @return the power; the missing value unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1
+/// @return the power; missing unless k >= 2, sigma > 0, N >= k and 0 < alpha < 1
 STATPOWER_API double PowerSC(int k, const double* means, const double* sizes, double* coefficients,
                              int directional, double sigma, double alpha);
 
 /// Power of the test of a contrast for an effect size es = psi / sigma; the coefficients are used as they
-/// are.
-/// @return the power; the missing value unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
+/// are; missing unless k >= 2, N >= k and 0 < alpha < 1. es is not checked.
 STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coefficients, int directional,
                                 double es, double alpha);
 
@@ -211,16 +198,13 @@ STATPOWER_API double PowerSCwES(int k, const double* sizes, const double* coeffi
 /// Allocation whose power reaches a target, searched and allocated as in PowerReverseOverallTest.
 /// Coefficients that do not sum to zero are repaired as in EffectSizeSC, but in a copy; where that fails
 /// every power counts as 1, and the smallest allocation is the answer.
-/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1. A failed
-///         search: 2k.
+/// @return the total, 2k after a failed search; missing unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseSC(int k, const double* means, const double* sizes,
                                     const double* coefficients, std::vector<double>* groupSizes,
                                     int directional, double sigma, double power, double alpha);
 
 /// Allocation whose power for an effect size es = psi / sigma reaches a target; the coefficients are used as
-/// they are.
-/// @return the sum of the group sizes; the missing value unless k >= 2 and 0 < alpha < 1. es is not checked.
-///         A failed search: 2k.
+/// they are; missing unless k >= 2 and 0 < alpha < 1. es is not checked. A failed search: 2k.
 STATPOWER_API double PowerReverseSCwES(int k, const double* sizes, const double* coefficients,
                                        std::vector<double>* groupSizes, int directional, double es,
                                        double power, double alpha);
@@ -238,7 +222,7 @@ STATPOWER_API double HalfCISCTest(int k, const double* sizes, const double* coef
 #ifdef __cplusplus
 /// Allocation whose half-width does not exceed a target (in the units of the data, not checked),
 /// searched and allocated as in PowerReversebyHalfCIOverallTest. The coefficients are used as they are.
-/// @return the sum of the group sizes; the missing value unless k >= 2, sigma > 0 and 0 < alpha < 1
+/// @return the sum of the group sizes; missing unless k >= 2, sigma > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, const double* coefficients,
                                                 std::vector<double>* groupSizes, double halfWidth,
                                                 double sigma, double alpha);
@@ -247,39 +231,36 @@ STATPOWER_API double PowerReversebyHalfCISCTest(int k, const double* sizes, cons
 // ---- Contrasts: how does power vary? ---------------------------------------------------------------------
 // The powers are evaluated in the order of the points, and each may repair the coefficients for the next.
 
-/// Power over the total sample size nMin, nMin + 1, ..., nMax, split over the groups in the proportions of
-/// the sizes.
+/// Power over the total sample size, split over the groups in the proportions of the sizes.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose N is at least k
-/// @return the curve; a point below k holds the missing value. Empty unless k >= 2, sigma > 0, nMin <= nMax,
-///         each of them 0 or at least 2, and 0 < alpha < 1
+/// @return the curve; a point below k is missing. Empty unless k >= 2, sigma > 0, 0 < alpha < 1 and nMin and
+///         nMax are in range
 STATPOWER_API XYPlot PlotNSC(int k, const double* means, const double* sizes, double* coefficients, int nMin,
                              int nMax, int directional, double sigma, double alpha);
 
 /// Power over the total sample size for an effect size es = psi / sigma (not checked). This curve has no
 /// default range: an end of 0 is a sample size of 0, whose power is missing.
-/// @return the curve; empty unless k >= 2, nMin <= nMax, each of them 0 or at least 2, and 0 < alpha < 1
+/// @return the curve; empty unless k >= 2, 0 < alpha < 1 and nMin and nMax are in range
 STATPOWER_API XYPlot PlotNSCFES(int k, const double* sizes, const double* coefficients, int nMin, int nMax,
                                 int directional, double es, double alpha);
 
 /// Power over the standard deviation at the current sizes, stored in single precision. The axis runs from
 /// sdMin in steps of step (sdMax - sdMin), and its last point is exactly sdMax.
 /// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power whose standard deviation is
-///                              positive
+///            positive
 /// @param sigma  only checked
-/// @return the curve; a point that is not positive holds the missing value. Empty unless k >= 2, sigma > 0,
+/// @return the curve; a point that is not positive is missing. Empty unless k >= 2, sigma > 0,
 ///         sdMin <= sdMax, 0 < alpha < 1 and the step divides a range
 STATPOWER_API XYPlot PlotSDSC(int k, const double* means, const double* sizes, double* coefficients,
                               int directional, double sigma, double sdMin, double sdMax, double alpha,
                               double step);
 
-/// Power over the total sample size (first axis) and the standard deviation (second axis, as in PlotSDSC).
-/// From nMax - nMin = 1000 upwards only every second sample size is taken, and the last one may exceed nMax
-/// by one.
+/// Power over the total sample size and the standard deviation (as in PlotSDSC).
 /// @param[in,out] coefficients  repaired as in EffectSizeSC by the first power that is not refused
 /// @param sigma  current standard deviation, used where the library chooses the sample sizes
-/// @return the surface; empty unless sigma > 0, nMin <= nMax, each of them 0 or at least 2, sdMin <= sdMax,
-///         0 < alpha < 1 and the step divides a range. The number of groups is not checked: below 2 every
-///         power is missing, and a range that the library chooses can come out empty.
+/// @return the surface; empty unless sigma > 0, sdMin <= sdMax, 0 < alpha < 1, nMin and nMax are in range and
+///         the step divides a range. The number of groups is not checked: below 2 every power is missing, and
+///         a range that the library chooses can come out empty.
 STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes, double* coefficients,
                                  int nMin, int nMax, int directional, double sigma, double sdMin,
                                  double sdMax, double alpha, double step);
@@ -294,13 +275,12 @@ STATPOWER_API XYZPlot PlotNaSDSC(int k, const double* means, const double* sizes
 
 /// Standardised difference of the means of group i and group j, over sd.
 /// @param unused  not read; may be null
-/// @return the effect; the missing value unless k >= 2, 1 <= i < j and sd > 0
+/// @return the effect; missing unless k >= 2, 1 <= i < j and sd > 0
 STATPOWER_API double EffectSizePairwiseDiff(int k, const double* means, const double* unused, int i, int j,
                                             double sd);
 
-/// Power of the comparison at the adjusted level, that of PowerSC.
-/// @return the power; the missing value unless k >= 2, 1 <= i < j, sd > 0, 0 < alpha < 1, the method is known
-///         and the sum of the sizes is at least k
+/// Power of the comparison at the adjusted level, that of PowerSC; missing unless k >= 2,
+/// 1 <= i < j, sd > 0, 0 < alpha < 1, the method is known and the sum of the sizes is at least k
 STATPOWER_API double PowerPairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                        int method, double sd, double alpha);
 
@@ -308,7 +288,7 @@ STATPOWER_API double PowerPairwiseDiff(int k, const double* means, const double*
 /// Allocation whose power for the comparison reaches a target, as PowerReverseSC.
 /// @param groupSizes  left as it is when an argument is refused, but resized to k elements before the method
 ///                    is looked at: those that it already had keep their values, new ones are missing
-/// @return the sum of the group sizes; the missing value unless k >= 2, 1 <= i < j, sd > 0, 0 < alpha < 1 and
+/// @return the sum of the group sizes; missing unless k >= 2, 1 <= i < j, sd > 0, 0 < alpha < 1 and
 ///         the method is known. A failed search: 2k.
 STATPOWER_API double PowerReversePairwiseDiff(int k, const double* means, const double* sizes, int i, int j,
                                               std::vector<double>& groupSizes, int method, double sd,
@@ -316,17 +296,15 @@ STATPOWER_API double PowerReversePairwiseDiff(int k, const double* means, const 
 #endif
 
 /// Half-width of the confidence interval of the difference at total sample size N and the adjusted level, as
-/// HalfCISCTest.
-/// @return the half-width; the missing value for an unknown method. No other argument is checked.
+/// HalfCISCTest; missing for an unknown method. No other argument is checked.
 STATPOWER_API double HalfCIPairwiseDiff(int k, const double* sizes, int i, int j, int method, double N,
                                         double sd, double alpha);
 
 #ifdef __cplusplus
-/// Allocation whose half-width for the difference does not exceed a target, as
-/// PowerReversebyHalfCISCTest. The indices are not checked.
+/// Allocation whose half-width for the difference does not exceed a target, as PowerReversebyHalfCISCTest.
+/// The indices are not checked.
 /// @param groupSizes  as in PowerReversePairwiseDiff
-/// @return the sum of the group sizes; the missing value unless k >= 2, sd > 0, 0 < alpha < 1 and the method
-///         is known
+/// @return the sum of the group sizes; missing unless k >= 2, sd > 0, 0 < alpha < 1 and the method is known
 STATPOWER_API double PowerReversebyHalfCIPairwiseDiff(int k, const double* sizes, int i, int j,
                                                       std::vector<double>& groupSizes, int method,
                                                       double halfWidth, double sd, double alpha);

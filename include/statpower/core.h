@@ -4,9 +4,11 @@
 // - Counts, codes and flags are `int` (a few flags `bool`), everything else is `double`. An array argument
 //   points to as many doubles as its description says; arrays that a function only reads are `const`.
 // - Sample sizes are doubles. Significance levels and powers lie strictly between 0 and 1.
-// - Failures are values, never exceptions of the library's own. The missing value is
+// - Failures are values, never exceptions of the library's own. The missing value (a page says "missing") is
 //   OrvCommon_940::OrvMV::Missing(); test for it with OrvCommon_940::OrvMV::IsMissing(), in C by comparing
 //   with STATPOWER_MISSING.
+// - An argument is "in range" when it is as its page, the head of its section or the list of recurring
+//   arguments on top of its header says.
 // - Where a power is one minus a cumulative probability, a probability that the distribution library cannot
 //   compute (that comes back missing) counts as a power of exactly 1.
 // - Every function is reentrant; the library has no mutable global state. Cancellation objects are asked on

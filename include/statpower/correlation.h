@@ -12,6 +12,7 @@
 //   r, r0    the alternative and the null correlation, from -1 to 1
 //   alpha    significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
 //   power    target power, not checked
+//   step     spacing of an axis of correlations, greater than 0 and at most 0.5
 //   cancel   asked by the search before every doubling and halving; may be null
 //
 // Failures. A power is -1 when an argument is refused. A sample-size search is the missing value when it is
@@ -70,22 +71,17 @@ STATPOWER_API double PowerbyOneSampPartial(int sided, double N, double k, double
 
 // ---- Which sample size reaches a power? ------------------------------------------------------------------
 
-/// Sample size for Pearson's correlation, searched from 4 upwards.
-/// @return N to within 1e-9, fractional and at or just below the target: round it up. 4 where that is enough.
-///         A failed search: the missing value.
+// N is found to within 1e-9, at or just below the target: round it up. Only Pearson's can be cancelled.
+
+/// Sample size for Pearson's correlation, searched from 4 upwards; 4 where that is enough.
 STATPOWER_API double PowerReversebyOneSampPearson(int sided, bool bias, StatpowerCancel* cancel, double power,
                                                   double r, double r0, double alpha);
 
-/// Sample size for Spearman's rank correlation, searched from 4 (method 2: from 3) upwards; cannot be
-/// cancelled.
-/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
-///         missing value.
+/// Sample size for Spearman's rank correlation, searched from 4 (method 2: from 3) upwards.
 STATPOWER_API double PowerReversebyOneSampSpearman(int method, int sided, double power, double r, double r0,
                                                    double alpha);
 
-/// Sample size for a partial correlation, searched from k + 3 upwards; cannot be cancelled.
-/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
-///         missing value.
+/// Sample size for a partial correlation, searched from k + 3 upwards.
 STATPOWER_API double PowerReversebyOneSampPartial(int sided, double power, double k, double r, double r0,
                                                   double alpha);
 
@@ -127,159 +123,121 @@ STATPOWER_API double PowerReversebyHalfCIOneSampPartial(StatpowerCancel* cancel,
 
 // Powers are stored in single precision; a point that the power function refuses holds -1, so an unknown
 // Spearman method is a curve of -1. Where a curve varies N, r or r0, the argument of that name is the
-// design's own: it is checked, and serves a default range.
+// design's own: it is checked, and serves a default range. In a surface the axes are named in their order.
 //
-// An axis of r or r0 is -1, -1 + step, ...: 2 / step truncated, plus 1 points. One of r - r0 at a fixed r0 is
-// -1 - r0, -1 - r0 + step, ...: width / step truncated, plus 1 points, with the width computed as
-// (1 - r0) - (-1 - r0); in the surfaces over N and r - r0, the ceiling of width / (width step), plus 1 points
-// with that step, so that r covers only -1 to about 0.
+// An axis of N is nMin, nMin + 1, ..., nMax; in a surface with r - r0, where nMax - nMin > 999, every second
+// N, the last of which reaches or passes nMax. An axis of r or r0 is -1, -1 + step, ...: 2 / step truncated,
+// plus 1 points. One of r - r0 at a fixed r0 is -1 - r0, -1 - r0 + step, ...: width / step truncated, plus 1
+// points, with the width computed as (1 - r0) - (-1 - r0); in the surfaces over N and r - r0, the ceiling of
+// width / (width step), plus 1 points with that step, so that r covers only -1 to about 0.
 
-// Pearson's correlation
+// Pearson's correlation. A size of 3 or less holds -1.
 
-/// Power against N = nMin, nMin + 1, ..., nMax. A size of 3 or less holds -1.
-/// @return the curve; empty unless nMin < nMax <= 5000, nMin is not 1, 2 or 3, N > 3, |r| <= 1, |r0| <= 1 and
-///         0 < alpha < 1
+/// Power against N; empty unless nMin < nMax <= 5000, nMin is not 1, 2 or 3, N > 3 and the rest is in range
 STATPOWER_API XYPlot PlotNOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                          double r0, double alpha);
 
-/// Power against the null correlation r0.
-/// @return the curve; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampPearson(int sided, bool bias, double N, double r, double alpha,
                                             double step);
 
-/// Power against the alternative correlation r.
-/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampPearson(int sided, bool bias, double N, double r0, double alpha,
                                              double step);
 
-/// Power against the difference r - r0, r0 held.
-/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r - r0, r0 held; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampPearson(int sided, bool bias, double N, double r0, double alpha,
                                                 double step);
 
-/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
-/// second N, the last of which reaches or passes nMax.
-/// @return the surface; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and
-///         0 < step <= 0.5
+/// Power against N and r - r0, r0 held; empty unless 4 <= nMin < nMax <= 5000, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampPearson(int sided, bool bias, int nMin, int nMax, double N,
                                                   double r, double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r0. There is no default range: sizes of 3 and less hold -1.
-/// @return the surface; empty unless nMin < nMax <= 5000 or both are 0, nMin is not 1, 2 or 3, N > 3, |r| <=
-///         1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r0, without a default range; empty unless nMin < nMax <= 5000 or both are 0, nMin is
+/// not 1, 2 or 3, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNNullOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                               double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r. There is no default range: sizes of 3 and less hold -1.
-/// @return the surface; empty unless nMin < nMax <= 5000 or both are 0, nMin is not 1, 2 or 3, N > 3, |r| <=
-///         1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r, without a default range; empty unless nMin < nMax <= 5000 or both are 0, nMin is
+/// not 1, 2 or 3, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNAlterOneSampPearson(int sided, bool bias, int nMin, int nMax, double N, double r,
                                                double r0, double alpha, double step);
 
-/// Power against r0 (first axis) and r (second axis).
-/// @return the surface; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0 and r; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampPearson(int sided, bool bias, double N, double alpha, double step);
 
-// Spearman's rank correlation
+// Spearman's rank correlation. In the surfaces over N and r0 or r, a 0 for nMin or nMax stands for the
+// default range: with P the power at N, from (1 - P) N, but at least 4, to (2 - P) N.
 
-/// Power against N = nMin, nMin + 1, ..., nMax.
-/// @return the curve; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
+/// Power against N; empty unless 4 <= nMin < nMax <= 5000, N > 3 and the rest is in range
 STATPOWER_API XYPlot PlotNOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                           double r0, double alpha);
 
-/// Power against the null correlation r0.
-/// @return the curve; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0; empty unless N > 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampSpearman(int method, int sided, double N, double r, double alpha,
                                              double step);
 
-/// Power against the alternative correlation r.
-/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampSpearman(int method, int sided, double N, double r0, double alpha,
                                               double step);
 
-/// Power against the difference r - r0, r0 held.
-/// @return the curve; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r - r0, r0 held; empty unless N > 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotRiskDiffOneSampSpearman(int method, int sided, double N, double r0, double alpha,
                                                  double step);
 
-/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
-/// second N, the last of which reaches or passes nMax.
-/// @return the surface; empty unless 4 <= nMin < nMax <= 5000, N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and
-///         0 < step <= 0.5
+/// Power against N and r - r0, r0 held; empty unless 4 <= nMin < nMax <= 5000, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampSpearman(int method, int sided, int nMin, int nMax, double N,
                                                    double r, double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r0. A 0 for nMin or nMax stands for the default range: with P the
-/// power at N, from (1 - P) N, but at least 4, to (2 - P) N.
-/// @return the surface; empty unless nMax <= 5000, nMin <= nMax or one of them is 0, nMin is not 1, 2 or 3,
-///         N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r0, with a default range of N; empty unless nMax <= 5000, nMin <= nMax or one of them
+/// is 0, nMin is not 1, 2 or 3, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNNullOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                                double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r. A 0 for nMin or nMax stands for the default range: with P the
-/// power at N, from (1 - P) N, but at least 4, to (2 - P) N.
-/// @return the surface; empty unless nMax <= 5000, nMin <= nMax or one of them is 0, nMin is not 1, 2 or 3,
-///         N > 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r, with a default range of N; empty unless nMax <= 5000, nMin <= nMax or one of them
+/// is 0, nMin is not 1, 2 or 3, N > 3 and the rest is in range
 STATPOWER_API XYZPlot PlotNAlterOneSampSpearman(int method, int sided, int nMin, int nMax, double N, double r,
                                                 double r0, double alpha, double step);
 
-/// Power against r0 (first axis) and r (second axis).
-/// @return the surface; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0 and r; empty unless N > 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampSpearman(int method, int sided, double N, double alpha,
                                                    double step);
 
-// Partial correlation
+// Partial correlation. Where N varies: nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax,
+// and N > k + 3; a 0 for nMin or nMax stands for the range from k + 4 to k + 5000, k truncated.
 
-/// Power against N = nMin, nMin + 1, ..., nMax. A 0 for nMin or nMax stands for the range from k + 4 to
-/// k + 5000, k truncated.
-/// @return the curve; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
-///         0, N > k + 3, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
+/// Power against N; empty unless nMin, nMax and N are as said above and the rest is in range
 STATPOWER_API XYPlot PlotNOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                          double r0, double alpha);
 
-/// Power against k = 0, 1, ...: N truncated, minus 4 points.
-/// @return the curve; empty unless N >= 5, |r| <= 1, |r0| <= 1 and 0 < alpha < 1
+/// Power against k = 0, 1, ...: N truncated, minus 4 points; empty unless N >= 5 and the rest is in range
 STATPOWER_API XYPlot PlotNPartialoutOneSampPartial(int sided, double N, double r, double r0, double alpha);
 
-/// Power against the null correlation r0.
-/// @return the curve; empty unless k >= 0, N > k + 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0; empty unless k >= 0, N > k + 3, |r| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotNullOneSampPartial(int sided, double N, double k, double r, double alpha,
                                             double step);
 
-/// Power against the alternative correlation r.
-/// @return the curve; empty unless k >= 0, N > k + 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r; empty unless k >= 0, N > k + 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYPlot PlotAlterOneSampPartial(int sided, double N, double k, double r0, double alpha,
                                              double step);
 
-/// Power against the difference r - r0, r0 held.
-/// @return the curve; empty unless k >= 0, N > k + 3, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r - r0, r0 held; empty unless N > k + 3 and the rest is in range
 STATPOWER_API XYPlot PlotRiskDiffOneSampPartial(int sided, double N, double k, double r0, double alpha,
                                                 double step);
 
-/// Power against N = nMin, nMin + 1, ... and the difference r - r0, r0 held. Where nMax - nMin > 999 every
-/// second N, the last of which reaches or passes nMax. A 0 for nMin or nMax stands for the range from k + 4
-/// to k + 5000, k truncated.
-/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
-///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r - r0, r0 held; empty unless nMin, nMax, N are as said above and the rest is in range
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                                   double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r0. A 0 for nMin or nMax stands for the range from k + 4 to
-/// k + 5000, k truncated.
-/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
-///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r0; empty unless nMin, nMax and N are as said above and the rest is in range
 STATPOWER_API XYZPlot PlotNNullOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                               double r0, double alpha, double step);
 
-/// Power against N = nMin, ..., nMax and r. A 0 for nMin or nMax stands for the range from k + 4 to k + 5000,
-/// k truncated.
-/// @return the surface; empty unless nMin <= nMax <= k + 5000, nMin is 0 or at least k + 4 and not nMax, k >=
-///         0, N > k + 3, |r| <= 1, |r0| <= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N and r; empty unless nMin, nMax and N are as said above and the rest is in range
 STATPOWER_API XYZPlot PlotNAlterOneSampPartial(int sided, int nMin, int nMax, double N, double k, double r,
                                                double r0, double alpha, double step);
 
-/// Power against r0 (first axis) and r (second axis).
-/// @return the surface; empty unless k >= 0, N > k + 3, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against r0 and r; empty unless k >= 0, N > k + 3, 0 < alpha < 1 and 0 < step <= 0.5
 STATPOWER_API XYZPlot PlotNullAlterOneSampPartial(int sided, double N, double k, double alpha, double step);
 
 #ifdef __cplusplus

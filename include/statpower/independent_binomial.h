@@ -12,6 +12,7 @@
 //   pooled     the null variance of the chi-square test (normal approximation) and the variance of the t test
 //              from both groups together; the other tests do not use it
 //   r          allocation ratio n2 / n1
+//   step       spacing of an axis, or fraction of its range, greater than 0 and at most 0.5
 //   cancel     asked during exact powers and during searches; may be null
 //
 // Peculiarities of the exact tests, kept for compatibility
@@ -24,9 +25,9 @@
 //
 // Group sizes that are not whole, which the searches try: exact powers count successes up to the truncated
 // size, with binomial probabilities continued in n by the gamma function. Fisher's test steps through the
-// possible successes of the first group from both ends, max(0, t - n2) and min(t, n1), which are fractions then;
-// its power at such a size serves the search and may exceed 1. Exact powers take totals n1 + n2 up to the
-// largest int.
+// possible successes of the first group from both ends, max(0, t - n2) and min(t, n1), which are fractions
+// then; its power at such a size serves the search and may exceed 1. Exact powers take totals n1 + n2 up to
+// the largest int.
 //
 // Sources: J. L. Fleiss, B. Levin, M. C. Paik, Statistical Methods for Rates and Proportions, 3rd ed. (2003),
 // chapters 3 and 4 (chi-square, arcsine and Fisher tests); A. Agresti, Categorical Data Analysis, 2nd ed.
@@ -122,16 +123,13 @@ STATPOWER_API void PowerReversebyHalfCIIndSampBinom(double halfWidth, double p1,
 
 /// Power over both proportions: x = p1 and y = p2 run over step, 2 step, ..., the whole part of 1 / step,
 /// minus 1, points each. p1 and p2 are checked though the grid replaces them.
-/// @return the surface; empty unless n1 and n2 are at least 1 - tol1, p1, p2 and alpha between 0 and 1 and
-///         0 < step <= 0.5
+/// @return the surface; empty unless n1, n2, p1, p2, alpha and step are in range
 STATPOWER_API XYZPlot PlotPropIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                            bool pooled, double n1, double n2, double p1, double p2,
                                            double alpha, double step);
 
 /// Power over the risk difference x = p1 - p2 at fixed p1: x = p1 - 1 + step, p1 - 1 + 2 step, ...; the whole
-/// part of 1 / step + 1/2, minus 1, points.
-/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1 and
-///         0 < step <= 0.5
+/// part of 1 / step + 1/2, minus 1, points. Empty unless n1, n2, p1, alpha and step are in range
 STATPOWER_API XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                               bool pooled, double n1, double n2, double p1, double alpha,
                                               double step);
@@ -139,8 +137,7 @@ STATPOWER_API XYPlot PlotRiskDiffIndSampBinom(int method, int test, int sides, b
 /// Power over the risk ratio x = p1 / p2 at fixed p1, from rMin to rMax by `step` times (rMax - rMin).
 /// @param rMin  greater than p1, or 0: the axis starts one increment above p1
 /// @param rMax  at least rMin, at most 10
-/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1,
-///         0 < step <= 0.5, and rMin and rMax as said
+/// @return the curve; empty unless n1, n2, p1, alpha, step, rMin and rMax are in range
 STATPOWER_API XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                                bool pooled, double n1, double n2, double p1, double alpha,
                                                double rMin, double rMax, double step);
@@ -149,8 +146,7 @@ STATPOWER_API XYPlot PlotRiskRatioIndSampBinom(int method, int test, int sides, 
 /// the range.
 /// @param rMin  at least 0.1, or 0: the axis starts at 1/3
 /// @param rMax  at least rMin, at most 10
-/// @return the curve; empty unless n1 and n2 are at least 1 - tol1, p1 and alpha between 0 and 1,
-///         0 < step <= 0.5, and rMin and rMax as said
+/// @return the curve; empty unless n1, n2, p1, alpha, step, rMin and rMax are in range
 STATPOWER_API XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                                bool pooled, double n1, double n2, double p1, double alpha,
                                                double rMin, double rMax, double step);
@@ -158,24 +154,23 @@ STATPOWER_API XYPlot PlotOddsRatioIndSampBinom(int method, int test, int sides, 
 /// Power over the allocation ratio x = n2 / n1 at a fixed total N: n1 = N / (x + 1), n2 = x N / (x + 1).
 /// @param N     total sample size, at least 2
 /// @param rMin  at least 1 / (N - 1); the axis starts there
-/// @param rMax  at least rMin, at most N - 1; the last point. Where rMin or rMax is 0 the range is
-///              automatic, from 1 / (N - 1) to N - 1 (method 0 with test 3: narrowed to where the
-///              approximation is usable), and its ends are not plotted
+/// @param rMax  at least rMin, at most N - 1; the last point. Where rMin or rMax is 0 the range is automatic,
+///            from 1 / (N - 1) to N - 1 (method 0 with test 3: narrowed to where the approximation is
+///            usable), and its ends are not plotted
 /// @param step  fraction of the range
-/// @return the curve; empty unless p1, p2 and alpha lie between 0 and 1, 0 < step <= 0.5, and N, rMin and
-///         rMax as said
+/// @return the curve; empty unless p1, p2, alpha, step, N, rMin and rMax are in range
 STATPOWER_API XYPlot PlotNRatioIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                             bool pooled, double N, double p1, double p2, double alpha,
                                             double rMin, double rMax, double step);
 
 /// Power over both group sizes, from nMin to nMax by 1, by 5 when nMax - nMin is at least 250, by 10 when it
 /// exceeds 1000; the last point is nMax.
-/// @param nMin1,nMax1,nMin2,nMax2  bounds of the sizes, a minimum being 0 or at least 2. Method 0 with test 3
-///                     chooses them itself: a minimum of 0 or 2 becomes the smallest usable size, a maximum
-///                     of 0 or 2500 becomes the design's size above that; there any minimum is accepted
-/// @param n1,n2        sizes of the design, for that choice only
-/// @return the surface; empty unless n1 and n2 are at least 1 - tol1, p1, p2 and alpha between 0 and 1, each
-///         minimum at most its maximum, and the bounds as said
+/// @param nMin1,nMax1,nMin2,nMax2  bounds of the sizes, a minimum being 0 or at least 2 and at most its
+///            maximum. Method 0 with test 3 chooses them itself: a minimum of 0 or 2 becomes the smallest
+///            usable size, a maximum of 0 or 2500 becomes the design's size above that; there any minimum
+///            will do
+/// @param n1,n2  sizes of the design, for that choice only
+/// @return the surface; empty unless n1, n2, p1, p2, alpha and the bounds are in range
 STATPOWER_API XYZPlot PlotNIndSampBinom(int method, int test, int sides, bool continuityCorrection,
                                         bool pooled, int nMin1, int nMax1, int nMin2, int nMax2, double n1,
                                         double n2, double p1, double p2, double alpha);

@@ -41,48 +41,41 @@ extern "C" {
 
 // ---- One mean --------------------------------------------------------------------------------------------
 
-/// Effect size (mean - mean0) / sd.
-/// @return the missing value when sd is exactly 0; a negative sd is accepted
+/// Effect size (mean - mean0) / sd; missing when sd is exactly 0; a negative sd is accepted
 STATPOWER_API double EffectSizeOneSample(double mean, double sd, double mean0);
 
-/// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality
-/// sqrt(N) es.
-/// @return the missing value when N <= 1; alpha is not checked
+/// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality sqrt(N)
+/// es; missing when N <= 1; alpha is not checked
 STATPOWER_API double PowerOneSampleNondirectionalES(double N, double es, double alpha);
 
-/// One-sided power for an effect size.
-/// @return the missing value unless N > 1 and 0 < alpha < 1
+/// One-sided power for an effect size; missing unless N > 1 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleDirectionalES(double N, double es, double alpha);
 
-/// Two-sided power for means and a standard deviation.
-/// @return the missing value unless N > 1, sd > 0 and 0 < alpha < 1
+/// Two-sided power for means and a standard deviation; missing unless N > 1, sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleNondirectional(double N, double mean, double sd, double mean0,
                                                   double alpha);
 
-/// One-sided power for means and a standard deviation.
-/// @return the missing value unless N > 1, sd > 0 and 0 < alpha < 1
+/// One-sided power for means and a standard deviation; missing unless N > 1, sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerOneSampleDirectional(double N, double mean, double sd, double mean0, double alpha);
 
-/// Sample size that reaches a two-sided power, not rounded.
-/// @return the size; the missing value when the search fails. No argument is checked.
+/// Sample size, not rounded, for a two-sided power; missing when the search fails. No argument is checked.
 STATPOWER_API double PowerReverseOneSampleNondirectionalES(double power, double es, double alpha);
 
-/// Sample size that reaches a one-sided power, not rounded.
-/// @return the size; the missing value when the search fails. No argument is checked.
+/// Sample size, not rounded, for a one-sided power; missing when the search fails. No argument is checked.
 STATPOWER_API double PowerReverseOneSampleDirectionalES(double power, double es, double alpha);
 
 /// Sample size that reaches a two-sided power for means and a standard deviation, not rounded.
-/// @return the size; the missing value when the search fails and unless sd > 0 and 0 < alpha < 1
+/// @return the size; missing when the search fails and unless sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseOneSampleNondirectional(double power, double mean, double sd, double mean0,
                                                          double alpha);
 
 /// Sample size that reaches a one-sided power for means and a standard deviation, not rounded.
-/// @return the size; the missing value when the search fails and unless sd > 0 and 0 < alpha < 1
+/// @return the size; missing when the search fails and unless sd > 0 and 0 < alpha < 1
 STATPOWER_API double PowerReverseOneSampleDirectional(double power, double mean, double sd, double mean0,
                                                       double alpha);
 
 /// Smallest whole sample size whose interval of the mean is no wider than the target.
-/// @return the size, rounded up; the missing value when the search fails. No argument is checked.
+/// @return the size, rounded up; missing when the search fails. No argument is checked.
 STATPOWER_API double PowerReversebyHalfCIOneSampleMeans(double halfWidth, double sd, double alpha);
 
 /// Half-width of the interval of a mean: t(1 - alpha / 2; N - 1) sd / sqrt(N). No argument is checked: where
@@ -98,52 +91,43 @@ STATPOWER_API double HalfCIOneSampleMeans(double N, double sd, double alpha);
 /// Effect size (mean1 - mean2) / sdd. Nothing is checked: a zero sdd gives the result of the division.
 STATPOWER_API double EffectSizeRelated(double mean1, double sd1, double mean2, double sd2, double corr);
 
-/// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality
-/// sqrt(N) es.
-/// @return the missing value unless N > 1 and 0 < alpha < 1 (checked here, unlike for one mean)
+/// Two-sided power for an effect size: noncentral t with N - 1 degrees of freedom and noncentrality sqrt(N)
+/// es; missing unless N > 1 and 0 < alpha < 1 (checked here, unlike for one mean)
 STATPOWER_API double PowerRelatedNondirectionalES(double N, double es, double alpha);
 
-/// One-sided power for an effect size.
-/// @return the missing value unless N > 1 and 0 < alpha < 1
+/// One-sided power for an effect size; missing unless N > 1 and 0 < alpha < 1
 STATPOWER_API double PowerRelatedDirectionalES(double N, double es, double alpha);
 
 /// Two-sided power for means, standard deviations and a correlation.
-/// @return the missing value when sd2 < 0, sd1 <= 0, corr is exactly 0 (refused on purpose), corr < -1,
+/// @return missing when sd2 < 0, sd1 <= 0, corr is exactly 0 (refused on purpose), corr < -1,
 ///         corr > 1, N <= 1, alpha <= 0 or alpha >= 1, and when |corr| = 1 with sd1 = sd2. A correlation of 1
 ///         with different standard deviations is accepted.
 STATPOWER_API double PowerRelatedNondirectional(double N, double mean1, double sd1, double mean2, double sd2,
                                                 double corr, double alpha);
 
-/// One-sided power for means, standard deviations and a correlation.
-/// @return the missing value when sd2 < 0, sd1 <= 0, corr is exactly 0, corr < -1, corr >= 1, N <= 1,
-///         alpha <= 0 or alpha >= 1, and when corr = -1 with sd1 = sd2
+/// One-sided power for means, standard deviations and a correlation; missing when sd2 < 0, sd1 <= 0, corr is
+/// exactly 0, corr < -1, corr >= 1, N <= 1, alpha <= 0 or alpha >= 1, and when corr = -1 with sd1 = sd2
 STATPOWER_API double PowerRelatedDirectional(double N, double mean1, double sd1, double mean2, double sd2,
                                              double corr, double alpha);
 
-/// Number of pairs that reaches a two-sided power, not rounded.
-/// @return the number; the missing value when the search fails. No argument is checked.
+/// Number of pairs, not rounded, for a two-sided power; missing when the search fails. Nothing is checked.
 STATPOWER_API double PowerReverseRelatedNondirectionalES(double power, double es, double alpha);
 
-/// Number of pairs that reaches a one-sided power, not rounded.
-/// @return the number; the missing value when the search fails. No argument is checked.
+/// Number of pairs, not rounded, for a one-sided power; missing when the search fails. Nothing is checked.
 STATPOWER_API double PowerReverseRelatedDirectionalES(double power, double es, double alpha);
 
 /// Number of pairs that reaches a two-sided power for means, standard deviations and a correlation, not
-/// rounded.
-/// @return the number; the missing value when the search fails and where PowerRelatedNondirectional gives it
-///         for every N
+/// rounded; missing when the search fails and where PowerRelatedNondirectional gives it for every N
 STATPOWER_API double PowerReverseRelatedNondirectional(double power, double mean1, double sd1, double mean2,
                                                        double sd2, double corr, double alpha);
 
 /// Number of pairs that reaches a one-sided power for means, standard deviations and a correlation, not
-/// rounded.
-/// @return the number; the missing value when the search fails and where PowerRelatedDirectional gives it for
-///         every N
+/// rounded; missing when the search fails and where PowerRelatedDirectional gives it for every N
 STATPOWER_API double PowerReverseRelatedDirectional(double power, double mean1, double sd1, double mean2,
                                                     double sd2, double corr, double alpha);
 
 /// Smallest whole number of pairs whose interval of the mean difference is no wider than the target.
-/// @return the number, rounded up; the missing value when the search fails. No argument is checked.
+/// @return the number, rounded up; missing when the search fails. No argument is checked.
 STATPOWER_API double PowerReversebyHalfCIRelatedMeans(double halfWidth, double sd1, double sd2, double corr,
                                                       double alpha);
 
@@ -159,26 +143,22 @@ STATPOWER_API double HalfCIRelatedMeans(double N, double sd1, double sd2, double
 // (q1 + q2)^2 / (q1^2 / (N1 - 1) + q2^2 / (N2 - 1)).
 
 /// Effect size (mean1 - mean2) / sd. (The order of the arguments is not that of EffectSizeOneSample.)
-/// @return the missing value when sd is exactly 0
+/// @return missing when sd is exactly 0
 STATPOWER_API double EffectSizeIndependent(double mean1, double mean2, double sd);
 
-/// Two-sided power for means and standard deviations.
-/// @return the missing value unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
+/// Two-sided power for means; missing unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentNondirectional(double N1, double mean1, double sd1, double N2,
                                                     double mean2, double sd2, double alpha);
 
-/// One-sided power for means and standard deviations.
-/// @return the missing value unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
+/// One-sided power for means; missing unless N1 > 1, N2 > 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentDirectional(double N1, double mean1, double sd1, double N2, double mean2,
                                                  double sd2, double alpha);
 
-/// Two-sided power of the pooled test for an effect size.
-/// @return the missing value when N1 <= 1, and then, for the ratio N2 / N1, when ratio <= 0, ratio N1 <= 1,
-///         alpha <= 0 or alpha >= 1
+/// Two-sided power of the pooled test for an effect size; missing when N1 <= 1, and then, for the
+/// ratio N2 / N1, when ratio <= 0, ratio N1 <= 1, alpha <= 0 or alpha >= 1
 STATPOWER_API double PowerIndependentNondirectionalES(double N1, double N2, double es, double alpha);
 
-/// One-sided power of the pooled test for an effect size.
-/// @return the missing value unless N1 > 1, N2 > 1 and 0 < alpha < 1
+/// One-sided power of the pooled test for an effect size; missing unless N1 > 1, N2 > 1 and 0 < alpha < 1
 STATPOWER_API double PowerIndependentDirectionalES(double N1, double N2, double es, double alpha);
 
 #ifdef __cplusplus
@@ -224,36 +204,30 @@ STATPOWER_API double HalfCIIndependentMeans(double N1, double sd1, double N2, do
 
 // ---- Curves ----------------------------------------------------------------------------------------------
 //
-// Powers are stored narrowed to single precision, coordinates in full. A point whose power is missing keeps
-// the missing value, which survives the narrowing: test y or z with OrvMV::IsMissing. (In the four functions
-// over a ratio a missing point is replaced, see there.)
+// Powers are stored in single precision, coordinates in full. (In the four functions over a ratio a missing
+// point is replaced, see there.)
 //
 // directional   a StatpowerSides
-// nLow, nHigh   range of the sample size, every whole number of it. There is no default range.
-// esLow, esHigh range of the effect size. An esLow of exactly -5 leaves the lower end open: 0 for two-sided
-//               curves, -5 for one-sided ones.
+// nLow, nHigh   range of the sample size, every whole number of it; in a surface, where nHigh - nLow is above
+//               999, every second one, and the last one may be nHigh + 1. There is no default range.
+// esLow, esHigh range of the effect size, refused when esLow >= esHigh and, two-sided, when esLow < 0. An
+//               esLow of exactly -5 leaves the lower end open: 0 for two-sided curves, -5 for one-sided ones.
 // stepFraction  width of a step as a fraction of the range; the last point is exactly the upper end
 // unused        never read
 
-/// Power over N.
-/// @return the curve; empty when sd <= 0, nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
+/// Power over N; empty when sd <= 0, nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNOneSample(int nLow, int nHigh, int directional, double unused, double mean,
                                     double sd, double mean0, double alpha);
 
-/// Power over N for an effect size.
-/// @return the curve; empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
+/// Power over N for an effect size; empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNOneSampleFES(int nLow, int nHigh, int directional, double es, double alpha);
 
-/// Power over the effect size.
-/// @return the curve; empty when N <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when esLow < 0 in a
-///         two-sided curve
+/// Power over the effect size; empty when N <= 1, alpha <= 0 or alpha >= 1, and for a refused range of es
 STATPOWER_API XYPlot PlotESOneSample(int directional, double N, double esLow, double esHigh, double alpha,
                                      double stepFraction);
 
-/// Power over effect size (x) and N (y). Where nHigh - nLow is above 999, N runs in steps of 2, and the last
-/// one may be nHigh + 1.
-/// @return the surface; empty when nLow < 2, nHigh <= nLow, esLow >= esHigh, alpha <= 0 or alpha >= 1, and
-///         when esLow < 0 in a two-sided one
+/// Power over effect size (x) and N (y); empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1, and
+/// for a refused range of es
 STATPOWER_API XYZPlot PlotNaESOneSample(int nLow, int nHigh, int directional, double esLow, double esHigh,
                                         double alpha, double stepFraction);
 
@@ -268,22 +242,17 @@ STATPOWER_API XYPlot PlotNRelated(int nLow, int nHigh, int directional, double u
 /// @return the curve; empty when nLow < 2, nHigh <= nLow, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotNRelatedFES(int nLow, int nHigh, int directional, double es, double alpha);
 
-/// Power over the effect size.
-/// @return the curve; empty when N <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when esLow < 0 in a
-///         two-sided curve
+/// Power over the effect size; empty when N <= 1, alpha <= 0 or alpha >= 1, and for a refused range of es
 STATPOWER_API XYPlot PlotESRelated(int directional, double N, double esLow, double esHigh, double alpha,
                                    double stepFraction);
 
-/// Power over effect size (x) and number of pairs (y). Where nHigh - nLow is above 999, N runs in steps of 2,
-/// and the last one may be nHigh + 1.
-/// @return the surface; empty when nLow < 2, nHigh <= nLow, esLow >= esHigh, alpha <= 0 or alpha >= 1, and
-///         when esLow < 0 in a two-sided one
+/// Power over effect size (x) and number of pairs (y); empty when nLow < 2, nHigh <= nLow, alpha <= 0 or
+/// alpha >= 1, and for a refused range of es
 STATPOWER_API XYZPlot PlotNaESRelated(int nLow, int nHigh, int directional, double esLow, double esHigh,
                                       double alpha, double stepFraction);
 
-/// Power of the pooled test over the effect size.
-/// @return the curve; empty when N1 <= 1, N2 <= 1, esLow >= esHigh, alpha <= 0 or alpha >= 1, and when
-///         esLow < 0 in a two-sided curve
+/// Power of the pooled test over the effect size; empty when N1 <= 1, N2 <= 1, alpha <= 0 or alpha >= 1, and
+/// for a refused range of es
 STATPOWER_API XYPlot PlotESIndepended(int directional, double N1, double N2, double esLow, double esHigh,
                                       double alpha, double stepFraction);
 
@@ -307,22 +276,19 @@ STATPOWER_API XYPlot PlotMeanDiffIndepended(int directional, double N1, double m
 // stored for the point before (so a missing first point is handed on), in the first row of a surface by the
 // second coordinate of the point before, narrowed like a power.
 
-/// Power over the ratio, of the pooled test for equal standard deviations, else of Welch's test.
-/// @return the curve; empty unless Ntotal > 1, 1 / (Ntotal - 1) < ratioLow <= ratioHigh < Ntotal - 1, sd1 >
-///         0, sd2 > 0 and 0 < alpha < 1
+/// Power over the ratio, of the pooled test for equal standard deviations, else of Welch's test; empty unless
+/// Ntotal > 1, 1 / (Ntotal - 1) < ratioLow <= ratioHigh < Ntotal - 1, sd1 > 0, sd2 > 0 and 0 < alpha < 1
 STATPOWER_API XYPlot PlotRatioIndependent(int directional, double Ntotal, double mean1, double sd1,
                                           double mean2, double sd2, double ratioLow, double ratioHigh,
                                           double alpha, double stepFraction);
 
-/// Power of the pooled test over the ratio for an effect size.
-/// @return the curve; empty when Ntotal <= 1, ratioLow <= 1 / (Ntotal - 1), ratioLow > ratioHigh,
-///         ratioHigh >= Ntotal - 1, alpha <= 0 or alpha >= 1
+/// Power of the pooled test over the ratio for an effect size; empty when Ntotal <= 1,
+/// ratioLow <= 1 / (Ntotal - 1), ratioLow > ratioHigh, ratioHigh >= Ntotal - 1, alpha <= 0 or alpha >= 1
 STATPOWER_API XYPlot PlotRatioIndependentFES(int directional, double Ntotal, double es, double ratioLow,
                                              double ratioHigh, double alpha, double stepFraction);
 
-/// Power of the pooled test over ratio (x) and effect size (y); both axes have the same number of points.
-/// @return the surface; empty when Ntotal <= 1, ratioLow >= ratioHigh, esLow >= esHigh, alpha <= 0 or
-///         alpha >= 1, and when esLow < 0 in a two-sided one
+/// Power of the pooled test over ratio (x) and effect size (y); both axes have the same number of points;
+/// empty when Ntotal <= 1, ratioLow >= ratioHigh, alpha <= 0 or alpha >= 1, and for a refused range of es
 STATPOWER_API XYZPlot PlotRatioaESIndependent(int directional, double Ntotal, double ratioLow,
                                               double ratioHigh, double esLow, double esHigh, double alpha,
                                               double stepFraction);

@@ -7,6 +7,7 @@
 //   p0        the null proportion, in [0, 1]
 //   alpha     significance level, between 0 and 1, both excluded
 //   power     target power; not checked
+//   step      spacing of an axis of proportions, greater than 0 and at most 0.5
 //   method    a StatpowerMethod; of an interval, a StatpowerOneProportionInterval
 //   sides     a StatpowerSides; one-sided is in the lower tail when p1 <= p0, else in the upper
 //   continuityCorrection  adds 1 / (2 sqrt(N)) to the distance of the normal approximation; the exact test
@@ -66,8 +67,7 @@ STATPOWER_API double PowerOneSampBinom(double N, double p1, double p0, double al
 /// within 1e-9 and not rounded (the power there is just below the target); the exact one is the smallest
 /// whole number that the search for saw-toothed powers finds (OptimizeRtbBionm).
 /// @return the number of trials; -1.0 unless p0 and p1 are in [0, 1], |p0 - p1| > 1e-14 and 0 < alpha < 1;
-///         the missing value when no sample size reaches the target or, in the exact search, when
-///         cancelled
+///         the missing value when no sample size reaches the target or, in the exact search, when cancelled
 STATPOWER_API double PowerReverseOneSampBinom(double power, double p1, double p0, double alpha, int method,
                                               int sides, bool continuityCorrection, StatpowerCancel* cancel);
 
@@ -93,54 +93,45 @@ STATPOWER_API double PowerReversebyHalfCIOneSampBinom(double halfWidth, double p
 // Powers are those of PowerOneSampBinom without a cancel object, in single precision; their failure values
 // are stored as they come. An axis of a proportion is step, 2 step, ...: trunc(1 / step) - 1 points; one of
 // differences p1 - p0 has k step - p0 instead. Where a surface varies N, p1 or p0, the argument of that name
-// is the design's own: it is checked, and serves the default range.
+// is the design's own: it is checked, and serves the default range. In the surfaces over N = nMin, nMin + 1,
+// ..., nMax, either 0 < nMin < nMax <= 5000 or one of them is 0, which stands for the range around the design
+// (N, p1, p0) of power P: from (1 - P) N, but at least 1, to (2 - P) N.
 
 /// Power at N = nMin, nMin + 1, ..., nMax. The ends are taken literally: at 0 the power is -1.0.
-/// @return the curve; empty unless 0 <= nMin < nMax <= 5000 or both are 0, N >= 1 (only checked), p1 and p0
-///         are in [0, 1] and 0 < alpha < 1
+/// @return the curve; empty unless 0 <= nMin < nMax <= 5000 or both are 0, and the rest is in range (N is
+///         only checked)
 STATPOWER_API XYPlot PlotNOneSampBinom(int method, int sides, int nMin, int nMax, bool continuityCorrection,
                                        double N, double p1, double p0, double alpha);
 
-/// Power against the null proportion p0.
-/// @return the curve; empty unless N >= 1, p1 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against the null proportion p0; empty unless N, p1, alpha and step are in range
 STATPOWER_API XYPlot PlotNullOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                           double p1, double alpha, double step);
 
-/// Power against the alternative proportion p1.
-/// @return the curve; empty unless N >= 1, p0 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against the alternative proportion p1; empty unless N, p0, alpha and step are in range
 STATPOWER_API XYPlot PlotAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                            double p0, double alpha, double step);
 
-/// Power against the difference p1 - p0 for a fixed p0.
-/// @return the curve; empty unless N >= 1, p0 is in [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against the difference p1 - p0 for a fixed p0; empty unless N, p0, alpha and step are in range
 STATPOWER_API XYPlot PlotRiskDiffOneSampBionm(int method, int sides, bool continuityCorrection, double N,
                                               double p0, double alpha, double step);
 
-/// Power against N = nMin, nMin + 1, ..., nMax (first axis) and the difference p1 - p0. Where nMin or nMax is
-/// 0, the default range around the design (N, p1, p0) of power P: from (1 - P) N, but at least 1, to (2 - P)
-/// N.
-/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
-///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N (first axis) and the difference p1 - p0; empty unless all is in range
 STATPOWER_API XYZPlot PlotNRiskDiffOneSampBinom(int method, int sides, int nMin, int nMax,
                                                 bool continuityCorrection, double N, double p1, double p0,
                                                 double alpha, double step);
 
-/// Power against N (first axis, as in PlotNRiskDiffOneSampBinom) and the null proportion p0.
-/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
-///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N (first axis) and the null proportion p0; empty unless all is in range
 STATPOWER_API XYZPlot PlotNNullOneSampBinom(int method, int sides, int nMin, int nMax,
                                             bool continuityCorrection, double N, double p1, double p0,
                                             double alpha, double step);
 
-/// Power against N (first axis, as in PlotNRiskDiffOneSampBinom) and the alternative proportion p1.
-/// @return the surface; empty unless 0 < nMin < nMax <= 5000 or one of them is 0, N >= 1, p1 and p0 are in
-///         [0, 1], 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against N (first axis) and the alternative proportion p1; empty unless all is in range
 STATPOWER_API XYZPlot PlotNAlterOneSampBinom(int method, int sides, int nMin, int nMax,
                                              bool continuityCorrection, double N, double p1, double p0,
                                              double alpha, double step);
 
-/// Power against the null proportion (first axis) and the alternative one (second axis).
-/// @return the surface; empty unless N >= 1, 0 < alpha < 1 and 0 < step <= 0.5
+/// Power against the null proportion (first axis) and the alternative one; empty unless N, alpha and step are
+/// in range
 STATPOWER_API XYZPlot PlotNullAlterOneSampBinom(int method, int sides, bool continuityCorrection, double N,
                                                 double alpha, double step);
 

@@ -14,8 +14,7 @@
 //              model, and then R2full is read as the multiple correlation R itself, between -1 and 1, not as
 //              its square.
 //   f2         effect size f^2 (Cohen), explained over unexplained variance; not checked. Negative: with
-//              fixed predictors the power counts as 1, with random ones it is
-//              NaN, as for an infinite one.
+//              fixed predictors the power counts as 1, with random ones it is NaN, as for an infinite one.
 //   alpha      significance level, between 0 and 1, both excluded (up to 2^-55 it counts as 0)
 //   power      target power, not checked
 //
@@ -54,15 +53,13 @@ STATPOWER_API double PowerbymlrwES(int random, bool intercept, double N, double 
 
 // ---- Which sample size reaches a power? ------------------------------------------------------------------
 
-/// Sample size for the fit of two models, searched from p + 1 + intercept upwards; cannot be cancelled.
-/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
-///         missing value.
+// Neither can be cancelled. N is found to within 1e-9, at or just below the target, fractional: round it up.
+
+/// Sample size for the fit of two models, searched from p + 1 + intercept upwards.
 STATPOWER_API double PowerReversebymlr(int random, bool intercept, double power, double p, double q,
                                        double R2full, double R2red, double alpha);
 
-/// Sample size for an effect size, searched from p + 1 + intercept upwards; cannot be cancelled.
-/// @return N to within 1e-9, fractional and at or just below the target: round it up. A failed search: the
-///         missing value.
+/// Sample size for an effect size, searched from p + 1 + intercept upwards.
 STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double power, double p, double q,
                                           double f2, double alpha);
 
@@ -84,15 +81,13 @@ STATPOWER_API double PowerReversebymlrwES(int random, bool intercept, double pow
 STATPOWER_API XYPlot PlotNmlr(int random, bool intercept, int nMin, int nMax, double p, double q,
                               double R2full, double R2red, double alpha);
 
-/// Power against N for an effect size. A negative f2, which is not refused, gives points that are NaN where the
-/// predictors are random, and powers of 1 where they are fixed.
+/// Power against N for an effect size, a negative one (see f2) too.
 /// @return the curve; empty unless 1 <= q <= p, 0 < alpha < 1, and nMin and nMax are as said
 STATPOWER_API XYPlot PlotNmlrFES(int random, bool intercept, int nMin, int nMax, double p, double q,
                                  double f2, double alpha);
 
 /// Power against the multiple correlation R = -1 + step, -1 + 2 step, ...: 2 / step truncated, minus 1
-/// points.
-/// @return the curve; empty unless 1 <= q <= p, p + 1 + intercept <= N and 0 < alpha < 1
+/// points; empty unless 1 <= q <= p, p + 1 + intercept <= N and 0 < alpha < 1
 STATPOWER_API XYPlot PlotCorrmlr(int random, bool intercept, double N, double p, double q, double alpha,
                                  double step);
 

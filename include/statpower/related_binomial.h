@@ -59,9 +59,9 @@ enum StatpowerPairedProportionsInterval {
 /// for the largest k with P(X <= k) <= alpha (alpha / 2), in the upper one X > k + 1 for the largest k with
 /// P(X <= k) <= 1 - alpha; one-sided in the upper tail when p2 > p1, else in the lower one. An m with an
 /// empty region adds nothing, and neither does p1 = p2 = 0. The cost grows with the root of N and is bounded:
-/// from some 4e9 pairs on the sum is taken over a part of the numbers of discordant pairs (to about 1e-8), from
-/// 2^50 pairs on the normal approximation answers (to about 1e-7). With a cancel object it is asked once for
-/// every m up to N.
+/// from some 4e9 pairs on the sum is taken over a part of the numbers of discordant pairs (to about 1e-8),
+/// from 2^50 pairs on the normal approximation answers (to about 1e-7). With a cancel object it is asked once
+/// for every m up to N.
 /// @return the power; -1.0 unless N >= 2, p1 and p2 >= 0, p1 + p2 <= 1 and 0 < alpha < 1; 0 / 0 in the normal
 ///         approximation (p1 = p2 = 0) counts as a missing probability, which is an upper tail of 1
 STATPOWER_API double PowerbyPRelSampBionm(int sided, int exact, StatpowerCancel* cancel, double N, double p1,
@@ -71,9 +71,8 @@ STATPOWER_API double PowerbyPRelSampBionm(int sided, int exact, StatpowerCancel*
 /// @return the power; -1.0 unless N >= 2, c1 and c2 >= 0, c1 + c2 <= N and 0 < alpha < 1
 STATPOWER_API double PowerbyCRelSampBionm(int sided, int exact, double N, double c1, double c2, double alpha);
 
-/// Power for the margins and the correlation of the responses.
-/// @return the power; -1.0 unless N >= 2, pA and pB between 0 and 1, rho in [-1, 1] and 0 < alpha < 1, and
-///         the cells that they give are possible (p1, p2 >= 0, p1 + p2 <= 1)
+/// Power for the margins and the correlation of the responses; -1.0 unless N >= 2, pA and pB between 0 and 1,
+/// rho in [-1, 1] and 0 < alpha < 1, and the cells that they give are possible (p1, p2 >= 0, p1 + p2 <= 1)
 STATPOWER_API double PowerbyMargPRelSampBionm(int sided, int exact, double N, double pA, double pB,
                                               double rho, double alpha);
 
@@ -126,9 +125,8 @@ STATPOWER_API double PowerReversebyHalfCIRelSampBinom(int method, bool continuit
 // Powers are computed without a cancel object and stored in single precision; points at which a power refuses
 // its arguments hold its failure value.
 
-/// Power at nMin, nMin + 1, ..., nMax pairs.
-/// @return the curve; empty unless 0 <= nMin <= nMax <= 2500, N >= 2 (only checked), p1 and p2 are in [0, 1]
-///         and 0 < alpha < 1. Where p1 + p2 > 1 the points hold -1.0.
+/// Power at nMin, nMin + 1, ..., nMax pairs; empty unless 0 <= nMin <= nMax <= 2500, N >= 2 (only checked),
+/// p1 and p2 are in [0, 1] and 0 < alpha < 1. Where p1 + p2 > 1 the points hold -1.0.
 STATPOWER_API XYPlot PlotNRelSampBionm(int nMin, int nMax, int sided, int exact, double N, double p1,
                                        double p2, double alpha);
 
@@ -166,13 +164,11 @@ STATPOWER_API XYPlot PlotCorrRelSampBionm(int sided, int exact, double N, double
                                           double step);
 
 /// Power against p1 (first axis) and p2, both step, 2 step, ...: trunc(1 / step) - 1 points. 0 where p1 = p2
-/// or p1 + p2 > 1.
-/// @return the surface; empty unless N >= 2, 0 < alpha < 1 and the step leaves a point
+/// or p1 + p2 > 1; empty unless N >= 2, 0 < alpha < 1 and the step leaves a point
 STATPOWER_API XYZPlot PlotPropRelSampBionm(int sided, int exact, double N, double alpha, double step);
 
 /// Power against pA (first axis) and pB, the axes as in PlotPropRelSampBionm. 0 where pA + pB > 1; pA = pB is
-/// computed.
-/// @return the surface; empty unless N >= 2, -1 < rho < 1, 0 < alpha < 1 and the step leaves a point
+/// computed; empty unless N >= 2, -1 < rho < 1, 0 < alpha < 1 and the step leaves a point
 STATPOWER_API XYZPlot PlotMargPropRelSampBionm(int sided, int exact, double N, double rho, double alpha,
                                                double step);
 
