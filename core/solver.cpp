@@ -39,7 +39,8 @@ struct Bracket {
     double width() const { return high - low; }
 };
 
-/// The upper end is evaluated first, then the lower one; then the interval moves up by doubling.
+/// The upper end is evaluated first, then the lower one (PowerReverse.ReturnsTheUpperEndAtOnceWhenItHitsTheTarget);
+/// then the interval moves up by doubling.
 template <class F>
 Bracket bracket_root(const F& f, OrvQueryCancel* cancel, double low, double high) {
     double at_high = f(high);

@@ -128,13 +128,14 @@ const PairedTest::Region& PairedTest::region(Tail tail, double discordant) {
 double PairedTest::exact_power(double N, double p1, double p2, OrvQueryCancel* cancel) {
     const double psi = p1 + p2;
     if (psi == 0) return 0;  // no discordant pair, no rejection
-    // Beyond these bounds the sum is taken in other ways, after the cancel object has been asked for every m.
+    // Beyond these bounds the sum is taken in other ways, after the cancel object has been asked for every m
+    // (PairedProportions.TheCancelObjectIsAskedForEveryOneOfManyPairs).
     constexpr double kFewPairs = 2000;
     constexpr double kManyTerms = 2000;
     constexpr double kCountable = 0x1p50;  // the normal approximation is as good from here on
     if (N <= kFewPairs) return sum_of_terms({1, N}, 0, N, p1, p2, cancel);
     for (double m = 1; cancel != nullptr && m <= N; ++m)
-        if (cancel->IsCancelRequested()) return OrvMV::Missing();
+        if (stop_requested(cancel)) return OrvMV::Missing();
     if (N > kCountable) return normal_power(N, p1, p2);
     const DiscordantRange range = likely_discordant(N, psi);
     if (range.count() > kManyTerms) {

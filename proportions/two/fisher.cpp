@@ -589,6 +589,7 @@ double _PowerIndSamBinBinEnumFisher(double n1, double n2, double p1, double p2, 
     bool more = true;
     const auto add_total = [&](int t) {
         const TotalTerms terms(probability1, probability2, t);
+        // As often as one by one (FisherExact.AsksForEveryTotalAndEveryTermThatItComputes), here and below.
         if (questions.stop(1 + terms.count())) return false;
         const double total = terms.sum();
         if (total < kNegligible || total * largest_sum < kNegligibleShare * power) {

@@ -83,6 +83,8 @@ void POWER_NAMESPACE::PowerReverseU4Binom(std::vector<double>& result, std::vect
     exact.method = STATPOWER_EXACT;
     if (continuous.test == STATPOWER_FISHER) continuous.test = STATPOWER_CHI_SQUARE;
 
+    // Asked once a round and once a step, besides what searches and powers ask
+    // (TwoProportionsSize.TheRefinementAsksOnceARoundAndOnceAStepBesidesItsSearchesAndPowers).
     std::vector<double> candidates{result1};
     for (;;) {
         if (stop_requested(cancel)) return;
@@ -114,6 +116,7 @@ void PowerReverseIndSampBinom(double power, double p1, double p2, double r, doub
                                       pooled};
     const double low = test == STATPOWER_FISHER ? smallest_for_arcsine(design) : 2;
     const double high = test == STATPOWER_FISHER ? low + kFirstReach : kFirstReach;
+    // Asked once before the search too (TwoProportionsSize.CancelledBeforeTheSearchBothSizesAreMissing).
     const bool hopeless = stop_requested(cancel) || is_beyond_exact_fisher(design);
     const double N = hopeless ? OrvMV::Missing() : search_size(design, IndSampBinomFunc, cancel, low, high);
     if (OrvMV::IsMissing(N)) {

@@ -73,7 +73,8 @@ int few_successes(double n1, double n2, int sides, bool first_is_larger, int x1)
     return first_is_larger ? to_int(n2) + 1 : 0;
 }
 
-/// How often the cancel object is asked for a table that rejects, besides once for every table.
+/// Whether the cancel object is asked again for a table that rejects, besides once for every table: as often as by a
+/// visit to each (TwoProportionsEnumerated.EveryDesignUpToTwelveInAGroupIsDecidedAsTranscribed counts).
 enum class AskedAgain : bool { kNo, kYes };
 
 /// Probability of the tables that reject.
@@ -86,6 +87,7 @@ enum class AskedAgain : bool { kNo, kYes };
 template <class Few, class Rejects>
 double probability_of_rejection(double n1, double n2, double p1, double p2, Few few, Rejects rejects,
                                 AskedAgain asked_again, OrvQueryCancel* cancel) {
+    // Asked before each group is built (TwoProportionsSize.ACancelObjectIsHeardBeforeBigGroupsAreBuilt).
     Questions questions(cancel);
     if (questions.stop_ahead()) return OrvMV::Missing();
     const BinomialGroup group1(n1, p1);
