@@ -5,6 +5,7 @@
 
 #include "correlation/correlation.h"
 #include "correlation/kinds.h"
+#include "support/normal.h"
 #include "support/record.h"
 #include "support/table.h"
 
@@ -59,9 +60,7 @@ TEST(CorrelationPower, OfASampleOfThreeIsOneForSpearmanUnlessTheMethodIsTwo) {
     EXPECT_EQ(PowerbyOneSampSpearman(1, 0, 3, 0.3, 0, 0.05), 1);
     EXPECT_EQ(PowerbyOneSampSpearman(5, 0, 3, 0.3, 0, 0.05), 1);  // before the method is looked at
     const double z = std::atanh(0.3), sd = std::sqrt(1 + z / (18 + 4 * std::sqrt(3.0)));
-    const double q = 1.6448536269514722;
-    EXPECT_NEAR(PowerbyOneSampSpearman(2, 1, 3, 0.3, 0, 0.05), std::erfc((q - z / sd) / std::sqrt(2.0)) / 2,
-                1e-14);
+    EXPECT_NEAR(PowerbyOneSampSpearman(2, 1, 3, 0.3, 0, 0.05), phi(z / sd - kZ95), 1e-14);
     for (int method : {0, 1, 2, 5})
         for (double N : {kBelowThree, kNaN})
             EXPECT_EQ(PowerbyOneSampSpearman(method, 0, N, 0.3, 0, 0.05), -1);
@@ -106,10 +105,10 @@ TEST(CorrelationPower, AnyOtherSidedFlagThanZeroIsOneSided) {
 
 TEST(CorrelationPower, TheNullCarriesABiasOfItsOwn) {
     // With the alternative at 0 the bias of z is that of the null alone, -r0 / (2 (N - 1)).
-    const double N = 12, r0 = 0.6, q = 1.6448536269514722, sd = std::sqrt(1 / (N - 3)), m = N - 1;
+    const double N = 12, r0 = 0.6, sd = std::sqrt(1 / (N - 3)), m = N - 1;
     const double distance = (-std::atanh(r0) - r0 / (2 * m)) / sd;
     const double ratio = std::sqrt((1 + 4 / (2 * m) + 22 / (6 * m * m)) / m) / sd;
-    const double expected = std::erfc((q + distance) / ratio / std::sqrt(2.0)) / 2;
+    const double expected = phi(-(kZ95 + distance) / ratio);
     EXPECT_NEAR(PowerbyOneSampPearson(kOneSided, true, N, 0, r0, 0.05), expected, 1e-14);
 }
 

@@ -7,16 +7,16 @@
 #include <limits>
 
 #include "statpower/one_sample_binomial.h"
+#include "support/normal.h"
 #include "support/record.h"
 #include "support/table.h"
 
 using OrvCommon_940::OrvMV;
 using testing_support::CountingCancel;
+using testing_support::kZ975;
 using testing_support::read_table;
 
 namespace {
-
-constexpr double kZ975 = 1.9599639845400545;
 
 TEST(OneSampleInterval, HalfWidthsAreThoseToFortyDigits) {
     for (const auto& row : read_table("proportions/one_half_width.csv"))

@@ -12,6 +12,7 @@
 #include "proportions/one/curves.h"
 #include "proportions/one/walk.h"
 #include "statpower/one_sample_binomial.h"
+#include "support/normal.h"
 #include "support/record.h"
 #include "support/table.h"
 #include "support/values.h"
@@ -26,17 +27,13 @@ using testing_support::kBelowOne;
 using testing_support::kInfinity;
 using testing_support::kNaN;
 using testing_support::kSmallest;
+using testing_support::kZ95;
+using testing_support::kZ975;
 using testing_support::one_sample_power_by_walk;
+using testing_support::phi;
 using testing_support::read_table;
 
 namespace {
-
-double phi(double x) {
-    return std::erfc(-x / std::sqrt(2.0)) / 2;
-}
-
-constexpr double kZ95 = 1.6448536269514722;  // quantiles of the standard normal distribution
-constexpr double kZ975 = 1.9599639845400545;
 
 /// A valid design, of which a test breaks one argument.
 struct Design {

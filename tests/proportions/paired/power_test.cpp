@@ -10,6 +10,7 @@
 
 #include "proportions/paired/sum.h"
 #include "statpower/related_binomial.h"
+#include "support/normal.h"
 #include "support/record.h"
 #include "support/table.h"
 #include "support/values.h"
@@ -24,17 +25,13 @@ using testing_support::kBelowTwo;
 using testing_support::kInfinity;
 using testing_support::kNaN;
 using testing_support::kSmallest;
+using testing_support::kZ95;
+using testing_support::kZ975;
+using testing_support::phi;
 using testing_support::read_table;
 using testing_support::related_power_by_sum;
 
 namespace {
-
-double phi(double x) {
-    return std::erfc(-x / std::sqrt(2.0)) / 2;
-}
-
-constexpr double kZ95 = 1.6448536269514722;  // quantiles of the standard normal distribution
-constexpr double kZ975 = 1.9599639845400545;
 
 /// A valid design in its four forms, of which a test breaks one argument.
 struct Design {
