@@ -14,16 +14,7 @@
 #include "statpower/one_sample_binomial.h"
 #include "support/values.h"
 
-using testing_support::Curve;
-using testing_support::expect_curve;
-using testing_support::expect_surface;
-using testing_support::kAboveOne;
-using testing_support::kBelowOne;
-using testing_support::kNaN;
-using testing_support::kSmallest;
-using testing_support::steps;
-using testing_support::Surface;
-using testing_support::whole_numbers;
+using namespace testing_support;
 
 namespace {
 

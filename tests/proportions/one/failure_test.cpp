@@ -7,11 +7,8 @@
 #include "support/distribution_stand_in.h"
 #include "support/record.h"
 
+using namespace testing_support;
 using OrvCommon_940::OrvMV;
-using testing_support::BinomialCall;
-using testing_support::CountingCancel;
-using testing_support::FailingCalls;
-using testing_support::one_sample_power_by_walk;
 
 namespace {
 

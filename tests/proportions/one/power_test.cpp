@@ -18,20 +18,10 @@
 #include "support/values.h"
 
 using namespace POWER_NAMESPACE;
+using namespace testing_support;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 using OrvMath_940::OrvDistFun;
-using testing_support::CountingCancel;
-using testing_support::kAboveOne;
-using testing_support::kBelowOne;
-using testing_support::kInfinity;
-using testing_support::kNaN;
-using testing_support::kSmallest;
-using testing_support::kZ95;
-using testing_support::kZ975;
-using testing_support::one_sample_power_by_walk;
-using testing_support::phi;
-using testing_support::read_table;
 
 namespace {
 

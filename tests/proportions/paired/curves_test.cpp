@@ -9,17 +9,7 @@
 #include "statpower/related_binomial.h"
 #include "support/values.h"
 
-using testing_support::Curve;
-using testing_support::expect_curve;
-using testing_support::expect_surface;
-using testing_support::kAboveOne;
-using testing_support::kBelowOne;
-using testing_support::kBelowTwo;
-using testing_support::kNaN;
-using testing_support::kSmallest;
-using testing_support::steps;
-using testing_support::Surface;
-using testing_support::whole_numbers;
+using namespace testing_support;
 
 namespace {
 

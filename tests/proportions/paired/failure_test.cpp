@@ -5,11 +5,7 @@
 #include "statpower/related_binomial.h"
 #include "support/distribution_stand_in.h"
 
-using testing_support::BinomialCall;
-using testing_support::FailingCalls;
-using testing_support::Operation;
-using testing_support::related_power_by_sum;
-using testing_support::ShiftedQuantiles;
+using namespace testing_support;
 
 namespace {
 

@@ -15,21 +15,10 @@
 #include "support/table.h"
 #include "support/values.h"
 
+using namespace testing_support;
 using OrvCommon_940::OrvMV;
 using OrvCommon_940::OrvQueryCancel;
 using POWER_NAMESPACE::PRelSampBionmFunc;
-using testing_support::CountingCancel;
-using testing_support::kAboveOne;
-using testing_support::kBelowOne;
-using testing_support::kBelowTwo;
-using testing_support::kInfinity;
-using testing_support::kNaN;
-using testing_support::kSmallest;
-using testing_support::kZ95;
-using testing_support::kZ975;
-using testing_support::phi;
-using testing_support::read_table;
-using testing_support::related_power_by_sum;
 
 namespace {
 
