@@ -30,7 +30,8 @@ class Callback : public Cancel {
 
 /// What `work` gives; `failed` where memory runs out, since no exception may leave the C interface.
 template <typename Result, typename Work>
-Result unless_memory_runs_out(Result failed, Work work) {
+Result unless_memory_runs_out([[maybe_unused]] Result failed, Work work) {
+#ifdef __cpp_exceptions
     try {
         return work();
     } catch (const std::bad_alloc&) {
@@ -38,6 +39,9 @@ Result unless_memory_runs_out(Result failed, Work work) {
     } catch (const std::length_error&) {
         return failed;
     }
+#else
+    return work();  // without exceptions, as in a browser, such a failure ends the program
+#endif
 }
 
 /// A copy that statplan_free releases; null when there is no memory.
